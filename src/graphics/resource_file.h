@@ -1,0 +1,45 @@
+// The packed resource file of interface pictures: directory at the end, pictures by identifier.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "graphics/packed_dib.h"
+#include "system/binary_file.h"
+
+namespace qv {
+
+struct RfDirectoryEntry {
+  std::uint32_t identifier;
+  std::uint32_t reserved;
+  std::uint32_t offsetLow;
+  std::uint32_t offsetHigh;
+};
+static_assert(sizeof(RfDirectoryEntry) == 16, "a directory entry is 16 bytes");
+
+class ResourceFile {
+ public:
+  // Reads the directory; the file stays open for later loads. A file whose directory does
+  // not fit inside it is refused.
+  bool Open(const char* path);
+  bool IsOpen() const { return file_.IsOpen(); }
+  std::size_t EntryCount() const { return directory_.size(); }
+
+  // The first entry with this identifier, or null.
+  const RfDirectoryEntry* FindEntry(std::uint32_t identifier) const;
+
+  // Loads the picture into a packed DIB laid out with room for 256 colours, replacing what
+  // `into` held. On any failure `into` keeps its previous picture.
+  bool LoadPicture(std::uint32_t identifier, PackedDib& into);
+
+ private:
+  BinaryFile file_;
+  std::vector<RfDirectoryEntry> directory_;
+  std::uint64_t directoryStart_ = 0;  // picture blocks must end before this
+};
+
+// The process-wide resource file that the game opens once at start-up.
+ResourceFile& TheResourceFile();
+bool OpenResourceFile(const char* path);
+
+}  // namespace qv

@@ -1,0 +1,44 @@
+// A small owned file handle for reading and writing binary files with 64-bit positions.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+
+namespace qv {
+
+class BinaryFile {
+ public:
+  BinaryFile() = default;
+  ~BinaryFile();
+  BinaryFile(const BinaryFile&) = delete;
+  BinaryFile& operator=(const BinaryFile&) = delete;
+  BinaryFile(BinaryFile&& other) noexcept;
+  BinaryFile& operator=(BinaryFile&& other) noexcept;
+
+  bool OpenRead(const char* path);
+  bool CreateWrite(const char* path);  // creates or truncates
+  void Close();
+  bool IsOpen() const { return file_ != nullptr; }
+
+  // Returns the number of bytes really read (short at the end of the file or on error).
+  std::size_t Read(void* buffer, std::size_t bytes);
+  bool ReadExact(void* buffer, std::size_t bytes) { return Read(buffer, bytes) == bytes; }
+  bool Write(const void* buffer, std::size_t bytes);
+  bool Flush();
+
+  bool Seek(std::uint64_t position);
+  bool SeekRelative(std::int64_t delta);
+  std::uint64_t Tell() const;
+  // The file's length, measured once when it was opened for reading (0 for writing).
+  std::uint64_t Size() const { return size_; }
+
+ private:
+  std::FILE* file_ = nullptr;
+  std::uint64_t size_ = 0;
+};
+
+// Replaces path with temporaryPath (same folder) in one step where the system allows it.
+bool ReplaceFileAtomically(const char* temporaryPath, const char* path);
+
+}  // namespace qv

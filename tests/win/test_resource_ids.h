@@ -1,0 +1,3 @@
+// Identifiers of the Windows test resources.
+#pragma once
+#define IDB_PALETTE8 301
