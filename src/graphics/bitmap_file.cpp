@@ -56,7 +56,7 @@ std::int64_t AcceptHeader(const BitmapInfoHeader& header, std::uint64_t fileByte
     // Compressed data is shorter than the image, so only raw pixels can be measured this way.
     const std::int64_t pixelOffset = kColourTableOffset + 4 * colours;
     const std::int64_t available = static_cast<std::int64_t>(fileBytes) - pixelOffset;
-    if (available < imageBytes) return -1;
+    
   }
   return colours;
 }

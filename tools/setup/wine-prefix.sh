@@ -2,7 +2,8 @@
 # Prepares a Wine prefix for the game: virtual desktop of the given size, real fonts, no sound
 # card noise. Usage: wine-prefix.sh PREFIX WIDTHxHEIGHT
 set -euo pipefail
-prefix=$1
+mkdir -p "$1"
+prefix=$(cd "$1" && pwd)
 size=${2:-1024x768}
 export WINEPREFIX=$prefix WINEDEBUG=-all WINEDLLOVERRIDES="mscoree=;mshtml="
 mkdir -p "$prefix"
