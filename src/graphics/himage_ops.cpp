@@ -19,16 +19,35 @@ EdgeClass ClassOf(long long edge, long long start, long long end) {
   return kInside;
 }
 
-void CombineRow(std::uint8_t* to, const std::uint8_t* from, int bytes, std::uint32_t rop) {
+// Eight bytes at a time: a byte loop of read-modify-write costs many times a copy.
+template <typename Op>
+void CombineWords(std::uint8_t* __restrict to, const std::uint8_t* __restrict from, int bytes,
+                  Op op) {
+  int i = 0;
+  for (; i + 8 <= bytes; i += 8) {
+    std::uint64_t a, b;
+    std::memcpy(&a, to + i, 8);
+    std::memcpy(&b, from + i, 8);
+    a = op(a, b);
+    std::memcpy(to + i, &a, 8);
+  }
+  for (; i < bytes; ++i) {
+    to[i] = static_cast<std::uint8_t>(op(to[i], from[i]));
+  }
+}
+
+// Distinct pictures never overlap, which lets the compiler vectorise these loops.
+void CombineRow(std::uint8_t* __restrict to, const std::uint8_t* __restrict from, int bytes,
+                std::uint32_t rop) {
   switch (rop) {
     case kRopSrcCopy:
       std::memcpy(to, from, static_cast<std::size_t>(bytes));
       break;
     case kRopSrcAnd:
-      for (int i = 0; i < bytes; ++i) to[i] &= from[i];
+      CombineWords(to, from, bytes, [](std::uint64_t a, std::uint64_t b) { return a & b; });
       break;
     case kRopSrcInvert:
-      for (int i = 0; i < bytes; ++i) to[i] ^= from[i];
+      CombineWords(to, from, bytes, [](std::uint64_t a, std::uint64_t b) { return a ^ b; });
       break;
     default:
       break;
