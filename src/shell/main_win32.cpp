@@ -48,7 +48,14 @@ void OnPaint(HWND window) {
   DeleteObject(felt);
   SetBkMode(dc, TRANSPARENT);
   SetTextColor(dc, RGB(240, 228, 196));
-  DrawTextA(dc, "Quorvex Puzzle\n\nEsc: quit", -1, &client, DT_CENTER | DT_VCENTER | DT_NOCLIP);
+  // DT_VCENTER works on single lines only, so measure the block and centre it by hand.
+  const char* text = "Quorvex Puzzle\n\nEsc: quit";
+  RECT block = client;
+  DrawTextA(dc, text, -1, &block, DT_CENTER | DT_CALCRECT);
+  const int height = block.bottom - block.top;
+  RECT centred{client.left, (client.bottom - height) / 2, client.right,
+               (client.bottom + height) / 2};
+  DrawTextA(dc, text, -1, &centred, DT_CENTER | DT_NOCLIP);
   EndPaint(window, &paint);
 }
 
