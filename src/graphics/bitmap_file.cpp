@@ -56,7 +56,7 @@ std::int64_t AcceptHeader(const BitmapInfoHeader& header, std::uint64_t fileByte
     // Compressed data is shorter than the image, so only raw pixels can be measured this way.
     const std::int64_t pixelOffset = kColourTableOffset + 4 * colours;
     const std::int64_t available = static_cast<std::int64_t>(fileBytes) - pixelOffset;
-    
+    if (available < imageBytes) return -1;
   }
   return colours;
 }
@@ -123,6 +123,52 @@ RowConverter ConverterFor(int bits) {
     case 24: return &ConvertRow24;
     default: return nullptr;
   }
+}
+
+// The row walk of a resampled read, one pass over the larger of the two heights. readRow(skip)
+// passes over skip bytes of unread rows, then reads and converts the next source row;
+// writeRow(target) stores the converted row as output row target.
+//
+// A double-precision accumulator decides at which steps a source row is read. Its rounding is
+// deliberate and decides which rows are kept, so it must not become exact integer arithmetic.
+template <typename ReadRow, typename WriteRow>
+bool WalkRows(std::int64_t sourceHeight, std::int64_t outHeight, std::int64_t sourceRowBytes,
+              bool flip, ReadRow readRow, WriteRow writeRow) {
+  const bool enlarge = sourceHeight < outHeight;
+  const std::int64_t steps = enlarge ? outHeight : sourceHeight;
+  const double ratio = enlarge
+                           ? static_cast<double>(outHeight) / static_cast<double>(sourceHeight)
+                           : static_cast<double>(sourceHeight) / static_cast<double>(outHeight);
+  double accumulator = 0.0;
+  std::int64_t pendingSkip = 0;  // bytes of rows passed over since the last read
+  std::int64_t rowsRead = 0;
+  std::int64_t rowsWritten = 0;  // reduction only
+  bool rowReady = false;
+  for (std::int64_t step = 0; step < steps; ++step) {
+    if (!enlarge && rowsWritten == outHeight) break;
+    // The accumulator can fall a hair short of the last step when enlarging and ask for a row
+    // past the image; the last row read stands in for it.
+    if (static_cast<std::int64_t>(accumulator) == step && rowsRead < sourceHeight) {
+      accumulator += ratio;
+      if (!readRow(pendingSkip)) return false;
+      pendingSkip = 0;
+      ++rowsRead;
+      rowReady = true;
+    } else if (!enlarge) {
+      pendingSkip += sourceRowBytes;
+    }
+    if (!rowReady) continue;  // nothing read yet in this stretch of a reduction
+
+    std::int64_t target = step;  // enlarging writes every step, repeating the last row read
+    if (!enlarge) {
+      target = rowsWritten++;
+      rowReady = false;  // a reduction writes each row it reads exactly once
+    }
+    if (flip) target = outHeight - 1 - target;
+    if (!QV_CHECK(target >= 0 && target < outHeight, "error")) return false;
+    writeRow(target);
+  }
+  return true;
 }
 
 template <typename T>
@@ -271,53 +317,18 @@ bool BitmapFile::ReadScaled(int width, int height, void* buffer) {
   if (!BuildColumnMap(columnMap.get(), outWidth, sourceWidth, bits, sourceRowBytes)) return false;
   if (!file_.Seek(static_cast<std::uint64_t>(PixelOffset()))) return false;
 
-  // One pass over the larger of the two heights: an accumulator in double precision decides at
-  // which steps a source row is read. The rounding of the ratio is deliberate and decides which
-  // rows are kept, so the walk must not be replaced by exact integer arithmetic.
-  const bool enlarge = sourceHeight < outHeight;
-  const std::int64_t steps = enlarge ? outHeight : sourceHeight;
-  const double ratio = enlarge
-                           ? static_cast<double>(outHeight) / static_cast<double>(sourceHeight)
-                           : static_cast<double>(sourceHeight) / static_cast<double>(outHeight);
-  const bool flip = (header_->biHeight < 0) != (height < 0);
   auto* output = static_cast<std::uint8_t*>(buffer);
-
-  double accumulator = 0.0;
-  std::int64_t pendingSkip = 0;  // bytes of rows passed over since the last read
-  std::int64_t rowsRead = 0;
-  std::int64_t rowsWritten = 0;  // reduction only
-  bool rowReady = false;
-  for (std::int64_t step = 0; step < steps; ++step) {
-    if (!enlarge && rowsWritten == outHeight) break;
-    // The accumulator can fall a hair short of the last step when enlarging and ask for a row
-    // past the image; the last row read stands in for it.
-    if (static_cast<std::int64_t>(accumulator) == step && rowsRead < sourceHeight) {
-      accumulator += ratio;
-      if (pendingSkip != 0) {
-        if (!file_.SeekRelative(pendingSkip)) return false;
-        pendingSkip = 0;
-      }
-      if (!file_.ReadExact(sourceRow.get(), static_cast<std::size_t>(sourceRowBytes))) {
-        return false;
-      }
-      ++rowsRead;
-      convert(sourceRow.get(), columnMap.get(), outWidth, outRow.get());
-      rowReady = true;
-    } else if (!enlarge) {
-      pendingSkip += sourceRowBytes;
-    }
-    if (!rowReady) continue;
-
-    std::int64_t target = step;
-    if (!enlarge) {
-      target = rowsWritten++;
-      rowReady = false;  // a reduction writes each row it reads exactly once
-    }
-    if (flip) target = outHeight - 1 - target;
-    if (!QV_CHECK(target >= 0 && target < outHeight, "error")) return false;
+  const auto readRow = [&](std::int64_t skipBytes) {
+    if (skipBytes != 0 && !file_.SeekRelative(skipBytes)) return false;
+    if (!file_.ReadExact(sourceRow.get(), static_cast<std::size_t>(sourceRowBytes))) return false;
+    convert(sourceRow.get(), columnMap.get(), outWidth, outRow.get());
+    return true;
+  };
+  const auto writeRow = [&](std::int64_t target) {
     std::memcpy(output + target * outRowBytes, outRow.get(), static_cast<std::size_t>(outRowBytes));
-  }
-  return true;
+  };
+  const bool flip = (header_->biHeight < 0) != (height < 0);
+  return WalkRows(sourceHeight, outHeight, sourceRowBytes, flip, readRow, writeRow);
 }
 
 bool BitmapFile::PaletteHasColours(const PaletteEntry* entries, int count) {

@@ -1,4 +1,99 @@
-// (being written)
+// libFuzzer target: any bytes as a .bmp file, through every BitmapFile read.
+#include <unistd.h>
+
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t*, std::size_t) { return 0; }
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "graphics/bitmap_file.h"
+#include "system/assert.h"
+
+namespace {
+
+// Buffers the harness is willing to allocate; larger requests are skipped, not failed.
+constexpr std::int64_t kMaxBufferBytes = 4 << 20;
+
+void IgnoreAssert(const char*, const char*, int) {}
+
+// One file per process, written for every input and removed after it; memory-backed where the
+// system offers it, because writing to disk would dominate each run.
+const std::string& InputPath() {
+  static const std::string path = [] {
+    std::error_code error;
+    const std::filesystem::path folder = std::filesystem::is_directory("/dev/shm", error)
+                                             ? std::filesystem::path("/dev/shm")
+                                             : std::filesystem::temp_directory_path(error);
+    return (folder / ("fuzz_bitmap_file_" + std::to_string(getpid()) + ".bmp")).string();
+  }();
+  return path;
+}
+
+bool WriteInput(const std::uint8_t* data, std::size_t size) {
+  std::FILE* f = std::fopen(InputPath().c_str(), "wb");
+  if (!f) return false;
+  const bool ok = std::fwrite(data, 1, size, f) == size;
+  return std::fclose(f) == 0 && ok;
+}
+
+// Exactly sized buffers, so that AddressSanitizer sees any write past the end.
+void ReadScaledAt(qv::BitmapFile& file, int bits, int width, int height) {
+  const std::int64_t bytes = qv::DibRowBytes(width, bits) * std::abs(std::int64_t{height});
+  if (width < 1 || height == 0 || bytes > kMaxBufferBytes) return;
+  std::vector<std::uint8_t> out(static_cast<std::size_t>(bytes));
+  file.ReadScaled(width, height, out.data());
+}
+
+void Exercise(qv::BitmapFile& file) {
+  qv::BitmapInfoHeader header{};
+  file.GetHeader(&header);
+  const qv::BitmapSize size = file.GetSize();
+  std::vector<char> path(file.GetPath(nullptr, 0));
+  file.GetPath(path.data(), path.size());
+
+  const int colours = file.ColourCount();
+  std::vector<qv::RgbQuad> table(static_cast<std::size_t>(colours) + 1);
+  file.ReadColours(0, colours, table.data());
+  file.ReadColours(colours / 2, colours - colours / 2, table.data());
+  file.ReadColours(colours, 1, table.data());  // one past the end: refused
+  std::vector<std::uint8_t> info(qv::kDibHeaderBytes + 4 * static_cast<std::size_t>(colours));
+  file.GetBitmapInfo(info.data());
+
+  const std::int64_t imageBytes = qv::BitmapFile::ImageSize(header);
+  if (imageBytes <= kMaxBufferBytes) {
+    std::vector<std::uint8_t> pixels(static_cast<std::size_t>(std::max<std::int64_t>(imageBytes, 1)));
+    file.ReadPixels(pixels.data());
+  }
+
+  const int bits = header.biBitCount;
+  const int height = size.height == INT32_MIN ? 1 : std::abs(size.height);
+  ReadScaledAt(file, bits, 1, 1);
+  ReadScaledAt(file, bits, 7, -5);
+  ReadScaledAt(file, bits, 64, 64);
+  ReadScaledAt(file, bits, std::min(size.width, 1024) * 2, std::min(height, 256));
+  ReadScaledAt(file, bits, std::min(size.width, 2048), -std::min(height, 512));
+
+  std::vector<qv::PaletteEntry> palette(16);
+  for (std::size_t i = 0; i < palette.size() && i < table.size(); ++i) {
+    palette[i] = {table[i].rgbRed, table[i].rgbGreen, table[i].rgbBlue, 0};
+  }
+  file.PaletteHasColours(palette.data(), static_cast<int>(palette.size()));
+  file.PaletteHasColours(nullptr, 0);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  static const bool quiet = (qv::SetAssertHandler(&IgnoreAssert), true);
+  (void)quiet;
+  if (!WriteInput(data, size)) return 0;
+  qv::BitmapFile file;
+  if (file.Open(InputPath().c_str())) Exercise(file);
+  file.Close();
+  std::remove(InputPath().c_str());  // libFuzzer may end the process without running atexit
+  return 0;
+}
