@@ -3,7 +3,9 @@
 
 #include <cstdint>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -76,6 +78,24 @@ inline std::vector<std::uint8_t> BuildResourceFile(const std::vector<RfPicture>&
   const auto count = static_cast<std::uint32_t>(pictures.size());
   AppendBytes(out, &count, sizeof count);
   return out;
+}
+
+// A path in the temporary folder that no other test process uses: CTest runs the cases of one
+// program as separate processes side by side, and the sanitizer tree runs beside this one. The
+// file is removed when the process ends, so repeated runs leave nothing behind.
+inline std::string ProcessTempPath(const std::string& name) {
+  struct Cleanup {
+    std::vector<std::filesystem::path> paths;
+    ~Cleanup() {
+      std::error_code ignored;
+      for (const auto& path : paths) std::filesystem::remove(path, ignored);
+    }
+  };
+  static Cleanup cleanup;
+  static const std::string tag = std::to_string(std::random_device{}());
+  auto path = std::filesystem::temp_directory_path() / ("qv" + tag + "_" + name);
+  cleanup.paths.push_back(path);
+  return path.string();
 }
 
 inline void WriteBytes(const std::string& path, const std::vector<std::uint8_t>& bytes) {

@@ -1,0 +1,117 @@
+// Playing: hit test, the mouse in engine terms, snapping and joining, hints, clock and score.
+#pragma once
+
+#include <cstdint>
+
+#include "graphics/dib_layout.h"
+#include "puzzle/puzzle_model.h"
+
+namespace qv {
+
+struct EnginePoint {
+  std::int32_t x = 0;
+  std::int32_t y = 0;
+};
+
+struct EngineRect {
+  std::int32_t x = 0;
+  std::int32_t y = 0;
+  std::int32_t width = 0;
+  std::int32_t height = 0;
+};
+
+// What lies under the pointer, as the window layer found it (WindowFromPoint).
+enum class PointerOver {
+  Outside,      // not a child window of the program: a drop there is cancelled
+  StartArea,    // the area window where the drag started
+  OtherArea,    // another area's window; `point` is in that area's coordinates
+  BoxOwner,     // the window that stands for another area's box (its button or frame)
+  OtherWindow,  // some other child window that takes no pieces
+};
+
+struct PointerTarget {
+  PointerOver over = PointerOver::Outside;
+  int area = -1;        // OtherArea, BoxOwner: the area
+  EnginePoint point;    // OtherArea: the pointer in that area's coordinates
+};
+
+// What the window layer must draw after a mouse event.
+struct DragFeedback {
+  EngineCursor cursor = EngineCursor::Arrow;
+  // Mode 1: blit the drag frame's top-left frameRect.width x height pixels to frameRect.
+  bool drawFrame = false;
+  EngineRect frameRect;
+  // Mode 1: the dragged image left the start window; repaint this rectangle from the surface.
+  bool erase = false;
+  EngineRect eraseRect;
+  // Mode 2: the rubber band; draw oldBand (to erase it) when hadOldBand, then newBand when
+  // hasNewBand, both as 5-point polylines in the inverting mode.
+  bool hadOldBand = false;
+  bool hasNewBand = false;
+  EnginePoint oldBand[5];
+  EnginePoint newBand[5];
+};
+
+// ---- Hit test and mouse --------------------------------------------------------------------
+
+// The index in the area's slice of the topmost piece whose membership pixel lies under the
+// point, or -1.
+std::int32_t HitTest(int area, EnginePoint p);
+
+// Button-down, mouse move and button-up on an area window, in that window's coordinates. The
+// window layer takes the capture at button-down and releases it after button-up; a lost
+// capture is a button-up at (-1, -1) over whatever window lies there.
+DragFeedback ButtonDown(int area, EnginePoint p);
+DragFeedback DragStep(int area, EnginePoint p, const PointerTarget& under);
+DragFeedback ButtonUp(int area, EnginePoint p, const PointerTarget& under);
+
+// 0 idle, 1 dragging a piece, 2 drawing a selection rectangle.
+int DragMode();
+int DragArea();
+EnginePoint DragPosition();
+
+// The drag frame (2W x 2H, display format, bottom-up) that drawFrame refers to, with a header
+// (and the three channel masks after it for 16 and 32 bits) for the window layer's blit.
+struct DragFrameView {
+  const std::uint8_t* bits = nullptr;
+  std::int32_t width = 0;
+  std::int32_t height = 0;
+  std::int32_t stride = 0;
+  const void* bitmapInfo = nullptr;  // BITMAPINFOHEADER (+ masks)
+};
+DragFrameView DragFrame();
+
+// ---- Engine operations ---------------------------------------------------------------------
+
+// Moves a run of the order array to another position, keeping the order of everything else.
+bool MoverAlFrente(std::int32_t source, std::int32_t run, std::int32_t destination);
+
+// Drops piece k (at the front of area s, its group gathered behind it) at q in area t, snapping
+// it to a neighbour within the tolerance and joining them. False after a failed check.
+bool SoltarPieza(int target, int source, std::uint32_t piece, EnginePoint q);
+
+// Joins one more pair of neighbours on the board. True while hints remain (fewer used than a
+// fifth of the pieces).
+bool PistaPuzzle();
+
+// The one-second clock tick.
+void RelojPuzzle();
+
+struct ResultadoJuego {
+  std::int32_t pieces = 0;
+  std::int32_t percentage = 0;
+  std::int32_t score = 0;
+};
+ResultadoJuego ResultadoPuzzle();
+
+struct ClockParts {
+  int hours = 0;
+  int minutes = 0;
+  int seconds = 0;
+};
+ClockParts SplitSeconds(std::uint32_t total);
+
+// The hint limit for a grid: a fifth of the pieces, truncated.
+std::int32_t HintLimit(std::int32_t rows, std::int32_t columns);
+
+}  // namespace qv
