@@ -28,15 +28,17 @@ fuzz-tree: deps
 	  -DCMAKE_TOOLCHAIN_FILE=cmake/toolchain-clang.cmake -DQV_FUZZ=ON
 	cmake --build $(BUILD)/fuzz -j $(JOBS)
 
-win64: deps
+# The Windows trees take the game's data from the native tree's asset tool.
+win64: deps native
 	@test -f $(BUILD)/win64/CMakeCache.txt || cmake -S . -B $(BUILD)/win64 $(CONFIG) \
 	  -DCMAKE_TOOLCHAIN_FILE=cmake/toolchain-mingw64.cmake -DQV_TEST_PREFIX=win64 \
-	  -DQV_WINEPREFIX=$(abspath $(BUILD))/wine-test
+	  -DQV_WINEPREFIX=$(abspath $(BUILD))/wine-test -DQV_ASSET_TOOLS=$(abspath $(BUILD))/native/tools
 	cmake --build $(BUILD)/win64 -j $(JOBS)
 
-win32: deps
+win32: deps native
 	@test -f $(BUILD)/win32/CMakeCache.txt || cmake -S . -B $(BUILD)/win32 $(CONFIG) \
-	  -DCMAKE_TOOLCHAIN_FILE=cmake/toolchain-mingw32.cmake -DQV_GAME_ONLY=ON
+	  -DCMAKE_TOOLCHAIN_FILE=cmake/toolchain-mingw32.cmake -DQV_GAME_ONLY=ON \
+	  -DQV_ASSET_TOOLS=$(abspath $(BUILD))/native/tools
 	cmake --build $(BUILD)/win32 -j $(JOBS)
 
 build: native asan fuzz-tree win64 win32

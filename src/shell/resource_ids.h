@@ -1,0 +1,26 @@
+// Identifiers of the game module's own resources, shared by quorvex.rc and the code.
+#pragma once
+
+// Interface sounds (WAVE resources).
+#define IDW_HOVER 242
+#define IDW_CLICK 243
+#define IDW_JOIN 244
+
+// The message dialog and its text.
+#define IDD_MESSAGE 564
+#define IDC_MESSAGE_TEXT 1000
+
+// The piece boxes' "Change Name" menus: 100 + language index; their one command shares the
+// rename button's control identifier.
+#define IDM_BOX_MENU 100
+#define IDM_CHANGE_NAME 11
+
+// The cursor shown while a dragged piece is over a box, and the application icon.
+#define IDCUR_DROP_INTO_BOX 301
+#define IDI_QUORVEX 1
+
+// String bases (add the language index 0..5): see strings_*.rc.
+#define IDS_PRODUCT 1000  // 1000 + 10 * product + language, products 0..2
+#define IDS_PRODUCT_COUNT 3
+#define IDS_PICTURE_NAME 5000         // 5001..5015, English only
+#define IDS_PICTURE_DESCRIPTION 6000  // 6001..6015, English only

@@ -1,0 +1,104 @@
+// The asset tool's commands, each a whole job from its inputs to its files on disk.
+#include "assets/commands.h"
+
+#include <vector>
+
+#include "assets/bmp_file.h"
+#include "assets/catalogue.h"
+#include "assets/die_mask.h"
+#include "assets/file_io.h"
+#include "assets/picture_set.h"
+#include "assets/previews.h"
+#include "assets/rf_pack.h"
+#include "assets/sounds.h"
+#include "assets/textures.h"
+#include "assets/win_icons.h"
+
+namespace qv::assets {
+
+bool CommandResourceFile(const std::string& outPath, const std::string& stagedFolder,
+                         std::string& error) {
+  std::vector<RfPicture> pictures = DrawnPictures();
+  for (const RfPicture& p : pictures) {
+    if (p.image.pixels.empty()) {
+      error = "picture " + std::to_string(p.identifier) + " could not be drawn";
+      return false;
+    }
+  }
+  if (!stagedFolder.empty() && !AddStagedPictures(stagedFolder, pictures, error)) return false;
+  std::vector<std::uint8_t> bytes;
+  return PackResourceFile(pictures, bytes, error) && WriteFileReplacing(outPath, bytes, error);
+}
+
+bool CommandPictures(const std::string& rccFolder, const std::string& outFolder, std::string& error) {
+  std::vector<Image8> pictures;
+  std::vector<PictureCredit> credits;
+  for (const PictureChoice& choice : PictureChoices()) {
+    Image8 picture;
+    PictureCredit credit;
+    if (!MakePicture(rccFolder, choice, picture, credit, error)) return false;
+    pictures.push_back(std::move(picture));
+    credits.push_back(credit);
+  }
+  // Every picture is made before the first is written, so a missing photograph leaves the
+  // folder as it was.
+  for (std::size_t i = 0; i < pictures.size(); ++i) {
+    const std::string path = outFolder + "/Image/" + std::to_string(PictureChoices()[i].number) + ".bmp";
+    if (!WriteFileReplacing(path, EncodeBmp8(pictures[i]), error)) return false;
+  }
+  return WriteFileReplacing(outFolder + "/CREDITS.txt", CreditsText(PictureChoices(), credits, pictures),
+                            error);
+}
+
+bool CommandModuleResources(const std::string& outFolder, std::string& error) {
+  return WriteFileReplacing(outFolder + "/hover.wav", EncodeWave(HoverSound()), error) &&
+         WriteFileReplacing(outFolder + "/click.wav", EncodeWave(ClickSound()), error) &&
+         WriteFileReplacing(outFolder + "/join.wav", EncodeWave(JoinSound()), error) &&
+         WriteFileReplacing(outFolder + "/drop.cur", MakeDropCursorFile(), error) &&
+         WriteFileReplacing(outFolder + "/quorvex.ico", MakeIconFile(), error);
+}
+
+namespace {
+
+bool CommandDiePreviews(const std::string& outFolder, std::string& error) {
+  std::vector<RgbImage> labels, pieces;
+  for (const DieChoice& choice : DieChoices()) {
+    const Image8 die = MakeDieMask(choice.style, kDieRows, kDieCols, choice.seed, choice.directions);
+    labels.push_back(Expand(die));
+    pieces.push_back(PiecesView(die, kDieRows, kDieCols, 2));
+  }
+  return WritePng(ContactSheet(labels, 3, 8), outFolder + "/dies-labels.png", error) &&
+         WritePng(ContactSheet(pieces, 3, 8), outFolder + "/dies-pieces.png", error);
+}
+
+bool CommandTexturePreviews(const std::string& outFolder, std::string& error) {
+  std::vector<RgbImage> tiles;
+  for (int i = 0; i < kTextureCount; ++i) tiles.push_back(Tiled(Expand(MakeTexture(i)), 3));
+  return WritePng(ContactSheet(tiles, 5, 8), outFolder + "/textures-3x3.png", error);
+}
+
+bool CommandPicturePreviews(const std::string& outFolder, const std::string& rccFolder,
+                            std::string& error) {
+  std::vector<RgbImage> small;
+  for (const PictureChoice& choice : PictureChoices()) {
+    Image8 picture;
+    PictureCredit credit;
+    if (!MakePicture(rccFolder, choice, picture, credit, error)) return false;
+    const RgbImage shown = Expand(picture);
+    if (choice.number == 1 || choice.number == 3) {
+      // Two at full size, to judge the 256-colour reduction up close.
+      if (!WritePng(shown, outFolder + "/picture-" + std::to_string(choice.number) + ".png", error)) return false;
+    }
+    small.push_back(Reduced(shown, 2));
+  }
+  return WritePng(ContactSheet(small, 5, 6), outFolder + "/pictures.png", error);
+}
+
+}  // namespace
+
+bool CommandPreviews(const std::string& outFolder, const std::string& rccFolder, std::string& error) {
+  if (!CommandDiePreviews(outFolder, error) || !CommandTexturePreviews(outFolder, error)) return false;
+  return rccFolder.empty() || CommandPicturePreviews(outFolder, rccFolder, error);
+}
+
+}  // namespace qv::assets

@@ -1,0 +1,22 @@
+// The asset tool's commands, each a whole job from its inputs to its files on disk.
+#pragma once
+
+#include <string>
+
+namespace qv::assets {
+
+// Quorvex.rf with the dies and textures, plus the <identifier>.bmp pictures of a staging
+// folder when one is named.
+bool CommandResourceFile(const std::string& outPath, const std::string& stagedFolder,
+                         std::string& error);
+
+// Image/1.bmp ... Image/15.bmp and CREDITS.txt from gcompris-qt-data's bundles.
+bool CommandPictures(const std::string& rccFolder, const std::string& outFolder, std::string& error);
+
+// hover.wav, click.wav, join.wav, drop.cur and quorvex.ico for the module's resources.
+bool CommandModuleResources(const std::string& outFolder, std::string& error);
+
+// PNG contact prints of the dies, textures and (when the bundles are there) pictures.
+bool CommandPreviews(const std::string& outFolder, const std::string& rccFolder, std::string& error);
+
+}  // namespace qv::assets

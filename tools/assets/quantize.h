@@ -1,0 +1,15 @@
+// Reduction of 24-bit pictures to 256 colours (libimagequant; build tool only, never the game).
+#pragma once
+
+#include <string>
+
+#include "assets/image8.h"
+
+namespace qv::assets {
+
+// Finds at most 256 colours for the picture and maps every pixel to one of them. `dithering`
+// runs from 0 (nearest colour) to 1 (full error diffusion, which keeps soft backgrounds from
+// banding). The result is the same for the same input on every run.
+bool ReduceTo256Colours(const RgbImage& picture, double dithering, Image8& out, std::string& error);
+
+}  // namespace qv::assets
