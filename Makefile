@@ -5,14 +5,15 @@ JOBS ?= 2
 GENERATOR ?= Ninja
 CONFIG = -G $(GENERATOR) -DCMAKE_BUILD_TYPE=RelWithDebInfo
 
-.PHONY: all deps native asan fuzz-tree win64 win32 build test play fuzz bench clean
+.PHONY: all deps native asan fuzz-tree win64 win32 build test play widget-demo fuzz bench clean
 
 all: build
 
 deps:
 	@bash tools/setup/install-deps.sh
 
-# Each tree is configured once, then built incrementally.
+# Each tree is configured once, then built incrementally. The sanitizer tree is built with -O1
+# and line tables only: reports keep their file and line, and the build takes far less time.
 native: deps
 	@test -f $(BUILD)/native/CMakeCache.txt || cmake -S . -B $(BUILD)/native $(CONFIG) \
 	  -DQV_TEST_PREFIX=native -DQV_TEST_LABEL=native
@@ -20,7 +21,8 @@ native: deps
 
 asan: deps
 	@test -f $(BUILD)/asan/CMakeCache.txt || cmake -S . -B $(BUILD)/asan $(CONFIG) \
-	  -DQV_SANITIZE=ON -DQV_TEST_PREFIX=asan -DQV_TEST_LABEL=asan
+	  -DQV_SANITIZE=ON -DQV_TEST_PREFIX=asan -DQV_TEST_LABEL=asan \
+	  "-DCMAKE_CXX_FLAGS_RELWITHDEBINFO=-O1 -g1 -DNDEBUG"
 	cmake --build $(BUILD)/asan -j $(JOBS)
 
 fuzz-tree: deps
@@ -49,12 +51,17 @@ test: build
 play: deps win64 win32
 	@bash tools/play.sh $(BUILD)
 
+# Every widget on one screen, to try them by hand (not shipped with the game).
+widget-demo: deps win64
+	@bash tools/play.sh $(BUILD) widget-demo
+
 # Longer fuzzing than the test run gives: FUZZ_SECONDS per target (default 300).
 fuzz: fuzz-tree
 	@bash tools/test/fuzz.sh $(BUILD)/fuzz $${FUZZ_SECONDS:-300}
 
 bench: native
 	$(BUILD)/native/bench/quorvex_bench --benchmark_counters_tabular=true
+	$(BUILD)/native/bench/engine_bench --benchmark_counters_tabular=true
 
 clean:
 	rm -rf $(BUILD)
