@@ -72,12 +72,13 @@ RgbImage BoxPush(int number, bool full) {
       SetShade(cr, ui::kShadow, 0.45);
       cairo_stroke(cr);
     }
-    const double cx = inside.x + 10.5, cy = inside.y + inside.h / 2;
+    // A full box shows a brass piece behind its number; an empty one only the piece's outline.
+    const double cx = inside.x + 11, cy = inside.y + inside.h / 2;
     const Shade ink = InkFor(face);
-    PiecePath(cr, BoxPieceStyle(number), cx + 1, cy + 1, 15);
+    PiecePath(cr, BoxPieceStyle(number), cx + 1, cy + 1, 20);
     SetShade(cr, ui::kShadow, 0.8);
     cairo_fill(cr);
-    PiecePath(cr, BoxPieceStyle(number), cx, cy, 15);
+    PiecePath(cr, BoxPieceStyle(number), cx, cy, 20);
     if (full) {
       SetShade(cr, face == Face::kHover ? ui::kBrassLight : ui::kBrass);
       cairo_fill_preserve(cr);
@@ -85,20 +86,28 @@ RgbImage BoxPush(int number, bool full) {
       cairo_set_line_width(cr, 1);
       cairo_stroke(cr);
     } else {
-      SetShade(cr, ui::kShadow, 0.55);
+      SetShade(cr, ui::kShadow, 0.5);
       cairo_fill_preserve(cr);
       SetShade(cr, ink);
-      cairo_set_line_width(cr, 1.5);
+      cairo_set_line_width(cr, 1.2);
+      const double dash[] = {2.5, 1.5};
+      cairo_set_dash(cr, dash, 2, 0);
       cairo_stroke(cr);
+      cairo_set_dash(cr, nullptr, 0, 0);
     }
-    const Shade digit = full ? ui::kInk : ink;
     cairo_select_font_face(cr, "DejaVu Sans", CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_BOLD);
-    cairo_set_font_size(cr, 13);
+    cairo_set_font_size(cr, 17);
     const std::string text = std::to_string(number);
     cairo_text_extents_t e;
     cairo_text_extents(cr, text.c_str(), &e);
-    cairo_move_to(cr, cx - e.width / 2 - e.x_bearing, cy - e.height / 2 - e.y_bearing);
-    SetShade(cr, digit);
+    const double x = cx - e.width / 2 - e.x_bearing, y = cy - e.height / 2 - e.y_bearing;
+    if (!full) {
+      cairo_move_to(cr, x + 1, y + 1);
+      SetShade(cr, ui::kShadow, 0.9);
+      cairo_show_text(cr, text.c_str());
+    }
+    cairo_move_to(cr, x, y);
+    SetShade(cr, full ? ui::kInk : ink);
     cairo_show_text(cr, text.c_str());
   });
 }
@@ -107,7 +116,13 @@ RgbImage EdgeInfoPush() {
   return ColumnStrip(50, 50, 3, [&](cairo_t* cr, int w, int h, int frame) {
     const Face face = kPushFaces[frame];
     const Box inside = ButtonBody(cr, Whole(w, h), 4, face);
-    DrawIcon(cr, Icon::kInfo, {inside.x, inside.y + 4, 22, inside.h - 8}, InkFor(face));
+    // A brass medallion in the left half, which is all that shows at the screen's edge.
+    const double cx = inside.x + 11, cy = inside.y + inside.h / 2;
+    BrassRim(cr, {cx - 11, cy - 11, 22, 22}, 11, 11, face == Face::kPressed);
+    cairo_arc(cr, cx, cy, 8, 0, 2 * M_PI);
+    SetShade(cr, face == Face::kHover ? ui::kGlow : ui::kCream);
+    cairo_fill(cr);
+    DrawGlyph(cr, "i", {cx - 10, cy - 10, 20, 20}, ui::kInk);
   });
 }
 

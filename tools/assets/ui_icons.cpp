@@ -46,6 +46,16 @@ void Speaker(cairo_t* cr) {
   }
 }
 
+void RoundedBody(cairo_t* cr) {
+  const double x = -0.42, y = -0.16, w = 0.84, h = 0.36, r = 0.07;
+  cairo_new_sub_path(cr);
+  cairo_arc(cr, x + w - r, y + r, r, -M_PI / 2, 0);
+  cairo_arc(cr, x + w - r, y + h - r, r, 0, M_PI / 2);
+  cairo_arc(cr, x + r, y + h - r, r, M_PI / 2, M_PI);
+  cairo_arc(cr, x + r, y + r, r, M_PI, 3 * M_PI / 2);
+  cairo_close_path(cr);
+}
+
 void Symbol(cairo_t* cr, Icon icon) {
   switch (icon) {
     case Icon::kCross:
@@ -115,12 +125,15 @@ void Symbol(cairo_t* cr, Icon icon) {
       Stroke(cr, 0.05);
       break;
     case Icon::kPrinter:
-      cairo_rectangle(cr, -0.2, -0.36, 0.4, 0.2);
-      Stroke(cr, 0.07);
-      cairo_rectangle(cr, -0.38, -0.14, 0.76, 0.32);
+      // Paper waiting on top, the body in outline with its slot, the printed sheet below.
+      cairo_rectangle(cr, -0.22, -0.40, 0.44, 0.20);
       cairo_fill(cr);
-      cairo_rectangle(cr, -0.22, 0.08, 0.44, 0.28);
-      Stroke(cr, 0.07);
+      RoundedBody(cr);
+      Stroke(cr, 0.08);
+      cairo_arc(cr, 0.26, -0.03, 0.045, 0, 2 * M_PI);
+      cairo_fill(cr);
+      cairo_rectangle(cr, -0.22, 0.10, 0.44, 0.30);
+      cairo_fill(cr);
       break;
     case Icon::kEye:
       cairo_move_to(cr, -0.4, 0);
