@@ -163,6 +163,60 @@ TEST_F(PackedInterface, StripsDivideIntoTheFramesTheirWidgetsCut) {
   EXPECT_EQ(textures->height, 3 * (37 + 83 + 39)) << "the texture scroll's parts are fixed by its screen";
 }
 
+double MeanLuma(const Loaded& l, int x0, int y0, int w, int h) {
+  double sum = 0;
+  for (int y = y0; y < y0 + h; ++y) {
+    for (int x = x0; x < x0 + w; ++x) {
+      const Rgb c = l.at(x, y);
+      sum += 0.299 * c.r + 0.587 * c.g + 0.114 * c.b;
+    }
+  }
+  return sum / (w * h);
+}
+
+TEST_F(PackedInterface, PushButtonsGlowUnderThePointerAndSinkWhenPressed) {
+  for (const UiPicture& p : UiCatalogue()) {
+    if (p.kind != StripKind::kPush) continue;
+    SCOPED_TRACE("button " + std::to_string(p.identifier));
+    const Loaded* l = Find(p.identifier);
+    ASSERT_NE(l, nullptr);
+    const int h = l->height / 3;
+    const double normal = MeanLuma(*l, 0, 0, l->width, h);
+    const double hover = MeanLuma(*l, 0, h, l->width, h);
+    const double pressed = MeanLuma(*l, 0, 2 * h, l->width, h);
+    EXPECT_GT(hover, normal + 5);
+    EXPECT_LT(pressed, normal - 5);
+  }
+}
+
+// Whether the left halves of two 50 x 50 frames at row `top` differ anywhere.
+bool LeftHalvesDiffer(const Loaded& a, const Loaded& b, int top) {
+  for (int y = top; y < top + 50; ++y) {
+    for (int x = 0; x < 25; ++x) {
+      if (!(a.at(x, y) == b.at(x, y))) return true;
+    }
+  }
+  return false;
+}
+
+TEST_F(PackedInterface, PieceBoxButtonsTellNumberAndFillingApartInTheirLeftHalf) {
+  // Only the left half shows at the screen's edge: it must differ between the six boxes, and
+  // between a box's empty and full pictures, in every state.
+  for (int state = 0; state < 3; ++state) {
+    for (std::uint32_t a = 0; a < 6; ++a) {
+      const Loaded* empty = Find(200 + a);
+      const Loaded* full = Find(600 + a);
+      ASSERT_TRUE(empty && full);
+      EXPECT_TRUE(LeftHalvesDiffer(*empty, *full, state * 50)) << "box " << a + 1 << " empty and full";
+      for (std::uint32_t b = a + 1; b < 6; ++b) {
+        const Loaded* other = Find(200 + b);
+        ASSERT_NE(other, nullptr);
+        EXPECT_TRUE(LeftHalvesDiffer(*empty, *other, state * 50)) << "boxes " << a + 1 << " and " << b + 1;
+      }
+    }
+  }
+}
+
 TEST_F(PackedInterface, SpritesHaveTwoColourMasksAndBlackWhereTransparent) {
   const Rgb black{0, 0, 0}, white{255, 255, 255};
   for (std::uint32_t id : {503u, 505u, 507u}) {
