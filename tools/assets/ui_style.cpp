@@ -128,16 +128,17 @@ RgbImage WoodTile(int width, int height, std::uint32_t seed, bool alongY, double
   // Every term repeats over the tile (whole numbers of rings and streaks across it), so the
   // tile meets itself without a seam whatever its size.
   const int across = alongY ? width : height;
-  const int rings = std::max(1, static_cast<int>(std::lround(across / 11.0)));
-  const Shade dark{0.22, 0.125, 0.065}, bright{0.37, 0.225, 0.12};
+  const int rings = std::max(1, static_cast<int>(std::lround(across / 16.0)));
+  const Shade dark{0.23, 0.135, 0.07}, bright{0.35, 0.215, 0.115};
   for (int y = 0; y < height; ++y) {
     for (int x = 0; x < width; ++x) {
       const double u = (x + 0.5) / width, v = (y + 0.5) / height;
       const double a = alongY ? u : v, b = alongY ? v : u;
-      const double warp = PeriodicFractalNoise(u, v, 2, 3, 0.5, seed);
-      const double band = Smooth(std::fabs(Frac(a * rings + 0.9 * warp) - 0.5) * 2.2);
-      const double streak = PeriodicFractalNoise(b, Frac(a * rings * 3), 3, 2, 0.5, seed + 7);
-      const double k = light * (1 + 0.10 * streak);
+      // Broad bands that drift gently, fine pores drawn out along the grain.
+      const double warp = 0.30 * PeriodicFractalNoise(u, v, 2, 3, 0.5, seed);
+      const double band = Smooth(std::fabs(Frac(a * rings + warp) - 0.5) * 2.0);
+      const double pores = PeriodicFractalNoise(b, Frac(a * rings * 6), 3, 3, 0.6, seed + 7);
+      const double k = light * (1 + 0.13 * pores);
       tile.at(x, y) = {Channel((dark.r + (bright.r - dark.r) * band) * k),
                        Channel((dark.g + (bright.g - dark.g) * band) * k),
                        Channel((dark.b + (bright.b - dark.b) * band) * k)};
