@@ -55,12 +55,21 @@ void FillRepeating(cairo_t* cr, const RgbImage& tile) {
   cairo_pattern_destroy(pattern);
 }
 
+// Button bodies and backdrops ask for the same few woods in several lights: the grain is
+// computed once per seed and only the light is applied per request.
 const RgbImage& CachedWood(std::uint32_t seed, double light, bool alongY) {
-  static std::map<std::tuple<std::uint32_t, long, bool>, RgbImage> cache;
+  static std::map<std::tuple<std::uint32_t, bool>, RgbImage> grains;
+  static std::map<std::tuple<std::uint32_t, long, bool>, RgbImage> lit;
   const auto key = std::make_tuple(seed, std::lround(light * 1000), alongY);
-  auto found = cache.find(key);
-  if (found == cache.end()) found = cache.emplace(key, WoodTile(128, 128, seed, alongY, light)).first;
-  return found->second;
+  auto found = lit.find(key);
+  if (found != lit.end()) return found->second;
+  auto grain = grains.find({seed, alongY});
+  if (grain == grains.end()) grain = grains.emplace(std::make_tuple(seed, alongY), WoodTile(128, 128, seed, alongY)).first;
+  RgbImage tile = grain->second;
+  for (Rgb& c : tile.pixels) {
+    c = {Channel(c.r / 255.0 * light), Channel(c.g / 255.0 * light), Channel(c.b / 255.0 * light)};
+  }
+  return lit.emplace(key, std::move(tile)).first->second;
 }
 
 void AddStop(cairo_pattern_t* p, double at, const Shade& s, double alpha = 1.0) {
