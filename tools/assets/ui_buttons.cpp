@@ -158,10 +158,10 @@ RgbImage ShapeCheck(TabStyle style) {
     const Face face = hover ? Face::kHover : checked ? Face::kPressed : Face::kNormal;
     const Box inside = ButtonBody(cr, Whole(w, h), 8, face);
     const double cx = inside.x + inside.w / 2, cy = inside.y + inside.h / 2;
-    PiecePath(cr, style, cx + 1.5, cy + 1.5, inside.w * 0.5);
+    PiecePath(cr, style, cx + 1.5, cy + 1.5, inside.w * 0.52, true);
     SetShade(cr, ui::kShadow, 0.8);
     cairo_fill(cr);
-    PiecePath(cr, style, cx, cy, inside.w * 0.5);
+    PiecePath(cr, style, cx, cy, inside.w * 0.52, true);
     SetShade(cr, checked ? ui::kGlow : ui::kCream);
     cairo_fill(cr);
   });
@@ -174,10 +174,10 @@ RgbImage ShapeCycler() {
     const bool lit = frame >= 3;
     const Box inside = ButtonBody(cr, Whole(w, h), 10, lit ? Face::kHover : Face::kNormal);
     const double cx = inside.x + inside.w / 2, cy = inside.y + inside.h / 2;
-    PiecePath(cr, styles[frame % 3], cx + 1.5, cy + 1.5, inside.w * 0.5);
+    PiecePath(cr, styles[frame % 3], cx + 1.5, cy + 1.5, inside.w * 0.52, true);
     SetShade(cr, ui::kShadow, 0.8);
     cairo_fill(cr);
-    PiecePath(cr, styles[frame % 3], cx, cy, inside.w * 0.5);
+    PiecePath(cr, styles[frame % 3], cx, cy, inside.w * 0.52, true);
     SetShade(cr, lit ? ui::kBrassLight : ui::kCream);
     cairo_fill(cr);
   });

@@ -302,7 +302,7 @@ void DrawGlyph(cairo_t* cr, const std::string& glyph, const Box& box, const Shad
   WithShadow(cr, box, ink, [&] { GlyphPath(cr, glyph.c_str(), 0.7); });
 }
 
-void PiecePath(cairo_t* cr, TabStyle style, double cx, double cy, double side) {
+void PiecePath(cairo_t* cr, TabStyle style, double cx, double cy, double side, bool tabsAllRound) {
   const double h = side / 2;
   const double corners[4][2] = {{cx - h, cy - h}, {cx + h, cy - h}, {cx + h, cy + h}, {cx - h, cy + h}};
   const std::vector<Point> outline = TabOutline(style, TabVariation{});
@@ -313,7 +313,7 @@ void PiecePath(cairo_t* cr, TabStyle style, double cx, double cy, double side) {
     const double* p1 = corners[(edge + 1) % 4];
     const double dx = (p1[0] - p0[0]) / side, dy = (p1[1] - p0[1]) / side;
     const double nx = dy, ny = -dx;                  // outward for a clockwise walk
-    const double sign = edge % 2 == 0 ? 1.0 : -1.0;  // tabs top and bottom, sockets at the sides
+    const double sign = edge % 2 == 0 || tabsAllRound ? 1.0 : -1.0;
     for (const Point& q : outline) {
       cairo_line_to(cr, p0[0] + side * (q.u * dx + sign * q.v * nx), p0[1] + side * (q.u * dy + sign * q.v * ny));
     }

@@ -21,7 +21,8 @@ void DrawIcon(cairo_t* cr, Icon icon, const Box& box, const Shade& ink);
 void DrawGlyph(cairo_t* cr, const std::string& glyph, const Box& box, const Shade& ink);
 
 // The outline of one puzzle piece of the given style, centred at (cx, cy), its square `side`
-// pixels wide; tabs out on the top and bottom, sockets on the left and right.
-void PiecePath(cairo_t* cr, TabStyle style, double cx, double cy, double side);
+// pixels wide; tabs out on the top and bottom, and sockets on the left and right unless
+// `tabsAllRound` (which shows the style four times, for the shape pickers).
+void PiecePath(cairo_t* cr, TabStyle style, double cx, double cy, double side, bool tabsAllRound = false);
 
 }  // namespace qv::assets
