@@ -7,7 +7,6 @@
 #include <tuple>
 
 #include "assets/noise.h"
-#include "assets/quantize.h"
 
 namespace qv::assets {
 namespace {
@@ -337,11 +336,5 @@ void DrawFittedText(cairo_t* cr, const std::string& text, const FittedText& fit,
   cairo_restore(cr);
 }
 
-Image8 Reduce(const RgbImage& picture, double dithering) {
-  Image8 out;
-  std::string error;
-  if (!ReduceTo256Colours(picture, dithering, out, error)) return Image8();
-  return out;
-}
 
 }  // namespace qv::assets

@@ -97,7 +97,4 @@ void DrawFittedText(cairo_t* cr, const std::string& text, const FittedText& fit,
                     bool shadow);
 inline constexpr double kSmallestTextSize = 8.0;
 
-// Converts a drawing to the shipped form, 256 colours; an empty picture on failure.
-Image8 Reduce(const RgbImage& picture, double dithering);
-
 }  // namespace qv::assets

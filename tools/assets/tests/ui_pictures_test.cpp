@@ -217,6 +217,23 @@ TEST_F(PackedInterface, PieceBoxButtonsTellNumberAndFillingApartInTheirLeftHalf)
   }
 }
 
+TEST_F(PackedInterface, TheThreeShapePickersShowDifferentPieces) {
+  const Loaded* knob = Find(184);
+  const Loaded* dovetail = Find(185);
+  const Loaded* lobes = Find(186);
+  ASSERT_TRUE(knob && dovetail && lobes);
+  EXPECT_NE(knob->pixels, dovetail->pixels);
+  EXPECT_NE(knob->pixels, lobes->pixels);
+  EXPECT_NE(dovetail->pixels, lobes->pixels);
+  // The cycler's first three frames are the same three shapes, again all different.
+  const Loaded* cycler = Find(106);
+  ASSERT_NE(cycler, nullptr);
+  const int w = cycler->width / 6;
+  EXPECT_FALSE(SameRegion(*cycler, 0, 0, w, 0, w, w));
+  EXPECT_FALSE(SameRegion(*cycler, w, 0, 2 * w, 0, w, w));
+  EXPECT_FALSE(SameRegion(*cycler, 0, 0, 2 * w, 0, w, w));
+}
+
 TEST_F(PackedInterface, SpritesHaveTwoColourMasksAndBlackWhereTransparent) {
   const Rgb black{0, 0, 0}, white{255, 255, 255};
   for (std::uint32_t id : {503u, 505u, 507u}) {
