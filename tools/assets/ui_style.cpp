@@ -336,5 +336,4 @@ void DrawFittedText(cairo_t* cr, const std::string& text, const FittedText& fit,
   cairo_restore(cr);
 }
 
-
 }  // namespace qv::assets
