@@ -1,4 +1,4 @@
-// What the asset tool puts into Quorvex.rf: the die masks and the table textures.
+// What the asset tool puts into Quorvex.rf: the die masks, the table textures and the interface.
 #include "assets/catalogue.h"
 
 #include <algorithm>
@@ -9,6 +9,7 @@
 #include "assets/die_mask.h"
 #include "assets/file_io.h"
 #include "assets/textures.h"
+#include "assets/ui_catalogue.h"
 
 namespace qv::assets {
 
@@ -31,6 +32,9 @@ std::vector<RfPicture> DrawnPictures() {
   for (int i = 0; i < kTextureCount; ++i) {
     pictures.push_back({kFirstTextureId + static_cast<std::uint32_t>(i), MakeTexture(i)});
   }
+  for (const UiPicture& ui : UiCatalogue()) pictures.push_back({ui.identifier, MakeUiPicture(ui)});
+  std::sort(pictures.begin(), pictures.end(),
+            [](const RfPicture& a, const RfPicture& b) { return a.identifier < b.identifier; });
   return pictures;
 }
 

@@ -1,4 +1,4 @@
-// What the asset tool puts into Quorvex.rf: the die masks and the table textures.
+// What the asset tool puts into Quorvex.rf: the die masks, the table textures and the interface.
 #pragma once
 
 #include <cstdint>

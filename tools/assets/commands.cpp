@@ -12,6 +12,7 @@
 #include "assets/rf_pack.h"
 #include "assets/sounds.h"
 #include "assets/textures.h"
+#include "assets/ui_previews.h"
 #include "assets/win_icons.h"
 
 namespace qv::assets {
@@ -97,7 +98,10 @@ bool CommandPicturePreviews(const std::string& outFolder, const std::string& rcc
 }  // namespace
 
 bool CommandPreviews(const std::string& outFolder, const std::string& rccFolder, std::string& error) {
-  if (!CommandDiePreviews(outFolder, error) || !CommandTexturePreviews(outFolder, error)) return false;
+  if (!CommandDiePreviews(outFolder, error) || !CommandTexturePreviews(outFolder, error) ||
+      !WriteUiContactSheets(outFolder, error)) {
+    return false;
+  }
   return rccFolder.empty() || CommandPicturePreviews(outFolder, rccFolder, error);
 }
 

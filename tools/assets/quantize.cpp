@@ -25,7 +25,8 @@ struct ResultDeleter {
 
 }  // namespace
 
-bool ReduceTo256Colours(const RgbImage& picture, double dithering, Image8& out, std::string& error) {
+bool ReduceTo256Colours(const RgbImage& picture, double dithering, Image8& out, std::string& error,
+                        const std::vector<Rgb>& fixed, int speed) {
   omp_set_num_threads(1);
   if (picture.width < 1 || picture.height < 1) {
     error = "an empty picture cannot be reduced";
@@ -37,12 +38,18 @@ bool ReduceTo256Colours(const RgbImage& picture, double dithering, Image8& out, 
     rgba.insert(rgba.end(), {c.r, c.g, c.b, 255});
   }
   std::unique_ptr<liq_attr, AttrDeleter> attr(liq_attr_create());
-  if (!attr || liq_set_max_colors(attr.get(), 256) != LIQ_OK || liq_set_speed(attr.get(), 3) != LIQ_OK) {
+  if (!attr || liq_set_max_colors(attr.get(), 256) != LIQ_OK || liq_set_speed(attr.get(), speed) != LIQ_OK) {
     error = "libimagequant could not be set up";
     return false;
   }
   std::unique_ptr<liq_image, ImageDeleter> image(
       liq_image_create_rgba(attr.get(), rgba.data(), picture.width, picture.height, 0));
+  for (const Rgb& c : fixed) {
+    if (image && liq_image_add_fixed_color(image.get(), liq_color{c.r, c.g, c.b, 255}) != LIQ_OK) {
+      error = "libimagequant refused a fixed colour";
+      return false;
+    }
+  }
   liq_result* raw = nullptr;
   if (!image || liq_image_quantize(image.get(), attr.get(), &raw) != LIQ_OK) {
     error = "libimagequant could not find a palette";
