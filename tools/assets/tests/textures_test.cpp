@@ -3,9 +3,12 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <cstring>
+#include <string>
 
 #include "assets/catalogue.h"
 #include "assets/textures.h"
+#include "graphics/resource_file.h"
 
 namespace qv::assets {
 namespace {
@@ -83,14 +86,26 @@ TEST(Textures, TheTenAreDistinctMaterialsAndTheDefaultIsGreenFelt) {
   EXPECT_GT(felt.g, felt.b + 20);
 }
 
+// The build's resource file holds each texture, colours and rows, under its identifier.
 TEST(Textures, AreInTheResourceFileUnderTheirIdentifiers) {
-  const std::vector<RfPicture> pictures = DrawnPictures();
+  ResourceFile file;
+  ASSERT_TRUE(file.Open(QV_BUILT_RF));
   for (int i = 0; i < kTextureCount; ++i) {
-    const auto found = std::find_if(pictures.begin(), pictures.end(), [&](const RfPicture& p) {
-      return p.identifier == kFirstTextureId + static_cast<std::uint32_t>(i);
-    });
-    ASSERT_NE(found, pictures.end()) << "texture " << i;
-    EXPECT_EQ(found->image.pixels, MakeTexture(i).pixels) << "the same texture twice gives the same bytes";
+    SCOPED_TRACE("texture " + std::to_string(i));
+    const Image8 texture = MakeTexture(i);
+    PackedDib dib;
+    ASSERT_TRUE(file.LoadPicture(kFirstTextureId + static_cast<std::uint32_t>(i), dib));
+    const BitmapInfoHeader* h = DibHeader(dib.get());
+    ASSERT_EQ(h->biWidth, texture.width);
+    ASSERT_EQ(h->biHeight, texture.height);
+    ASSERT_EQ(h->biClrUsed, texture.palette.size());
+    for (std::size_t c = 0; c < texture.palette.size(); ++c) {
+      const RgbQuad q = DibColours(dib.get())[c];
+      ASSERT_EQ((Rgb{q.rgbRed, q.rgbGreen, q.rgbBlue}), texture.palette[c]) << "colour " << c;
+    }
+    const std::vector<std::uint8_t> rows = BottomUpRows(texture);
+    ASSERT_EQ(h->biSizeImage, rows.size());
+    EXPECT_EQ(std::memcmp(DibPixels(dib.get()), rows.data(), rows.size()), 0);
   }
 }
 

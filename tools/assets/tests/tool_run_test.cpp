@@ -24,11 +24,13 @@ std::vector<std::uint8_t> Bytes(const std::string& path) {
   return bytes;
 }
 
+// The build packed one resource file already; this run must give the same bytes.
 TEST(AssetTool, TwoRunsWriteTheSameResourceFileAndModuleFiles) {
   test::TempFolder a, b;
   ASSERT_EQ(RunTool("rf " + (a / "Quorvex.rf"), a / "err"), 0);
-  ASSERT_EQ(RunTool("rf " + (b / "Quorvex.rf"), b / "err"), 0);
-  EXPECT_EQ(Bytes(a / "Quorvex.rf"), Bytes(b / "Quorvex.rf"));
+  const std::vector<std::uint8_t> built = Bytes(QV_BUILT_RF);
+  EXPECT_FALSE(built.empty());
+  EXPECT_EQ(Bytes(a / "Quorvex.rf"), built);
   ASSERT_EQ(RunTool("module " + (a / "module"), a / "err"), 0);
   ASSERT_EQ(RunTool("module " + (b / "module"), b / "err"), 0);
   for (const char* name : {"hover.wav", "click.wav", "join.wav", "drop.cur", "quorvex.ico"}) {

@@ -2,10 +2,7 @@
 // frames their widgets expect, masks where sprites need them, seamless tiles, fitting words.
 #include <gtest/gtest.h>
 
-#include <unistd.h>
 
-#include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <map>
 #include <regex>
@@ -27,15 +24,12 @@ struct Loaded {
   Rgb at(int x, int y) const { return pixels[static_cast<std::size_t>(y) * width + x]; }
 };
 
-// The resource file is made once, by the tool as the build runs it, and read back whole with
-// the game's reader.
+// The resource file is the one the tool packed as the build ran, read back whole with the
+// game's reader.
 class PackedInterface : public ::testing::Test {
  protected:
   static void SetUpTestSuite() {
-    const auto folder = std::filesystem::temp_directory_path() / ("qv-ui-" + std::to_string(::getpid()));
-    std::filesystem::create_directories(folder);
-    const std::string rf = (folder / "Quorvex.rf").string();
-    ASSERT_EQ(std::system((std::string(QV_ASSET_TOOL) + " rf " + rf).c_str()), 0);
+    const std::string rf = QV_BUILT_RF;
     ResourceFile file;
     ASSERT_TRUE(file.Open(rf.c_str()));
     for (const UiPicture& p : UiCatalogue()) {
@@ -53,7 +47,6 @@ class PackedInterface : public ::testing::Test {
       }
       pictures_[p.identifier] = std::move(l);
     }
-    std::filesystem::remove_all(folder);
   }
   static void TearDownTestSuite() { pictures_.clear(); }
 
