@@ -1,0 +1,115 @@
+// The shell's process-wide values: screen size, program folder, language, the shared windows.
+#include "shell/app.h"
+
+#include <shellapi.h>
+
+#include <cstring>
+
+#include "shell/button_feedback.h"
+#include "widgets/widget_classes.h"
+#include "widgets/widget_messages.h"
+#include "widgets/widget_sounds.h"
+
+namespace qv {
+namespace {
+
+// Read before the main routine runs, as every layout of the program assumes a fixed screen.
+const int g_screenWidth = GetSystemMetrics(SM_CXSCREEN);
+const int g_screenHeight = GetSystemMetrics(SM_CYSCREEN);
+
+std::string g_programFolder;
+int g_language = 1;
+HWND g_mainWindow = nullptr;
+HWND g_boxWindows[6] = {};
+HWND g_boxButtons[6] = {};
+HWND g_previewWindow = nullptr;
+
+bool ValidBox(int box) { return box >= 0 && box < 6; }
+
+constexpr UINT kHideFlags = SWP_NOSIZE | SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE |
+                            SWP_HIDEWINDOW | SWP_NOOWNERZORDER;
+
+bool IsAnimatedButton(HWND window) {
+  char name[16] = {};
+  return window && GetClassNameA(window, name, sizeof name) > 0 &&
+         std::strcmp(name, kAnimClass) == 0;
+}
+
+}  // namespace
+
+int ScreenWidth() { return g_screenWidth; }
+int ScreenHeight() { return g_screenHeight; }
+
+const std::string& ProgramFolder() { return g_programFolder; }
+void SetProgramFolder(const std::string& folder) { g_programFolder = folder; }
+
+int CurrentLanguage() { return g_language; }
+void SetCurrentLanguage(int language) {
+  if (language < 0 || language > 5) return;
+  g_language = language;
+  SetMessageBoxLanguage(language);
+}
+
+std::string ModuleString(std::uint32_t identifier, int maxLength) {
+  if (maxLength < 2) return std::string();
+  std::string text(static_cast<std::size_t>(maxLength), '\0');
+  const int length =
+      LoadStringA(GetModuleHandleA(nullptr), identifier, text.data(), maxLength);
+  text.resize(length > 0 ? static_cast<std::size_t>(length) : 0);
+  return text;
+}
+
+std::string LocalizedString(std::uint32_t base, int maxLength) {
+  return ModuleString(base + static_cast<std::uint32_t>(g_language), maxLength);
+}
+
+HWND MainWindow() { return g_mainWindow; }
+void SetMainWindow(HWND window) { g_mainWindow = window; }
+HWND BoxWindow(int box) { return ValidBox(box) ? g_boxWindows[box] : nullptr; }
+void SetBoxWindow(int box, HWND window) {
+  if (ValidBox(box)) g_boxWindows[box] = window;
+}
+HWND BoxButton(int box) { return ValidBox(box) ? g_boxButtons[box] : nullptr; }
+void SetBoxButton(int box, HWND window) {
+  if (ValidBox(box)) g_boxButtons[box] = window;
+}
+HWND PreviewWindow() { return g_previewWindow; }
+void SetPreviewWindow(HWND window) { g_previewWindow = window; }
+
+void HideAllBoxesBut(HWND keep) {
+  for (HWND box : g_boxWindows) {
+    if (box && box != keep) SetWindowPos(box, nullptr, 0, 0, 0, 0, kHideFlags);
+  }
+  if (g_previewWindow) SetWindowPos(g_previewWindow, nullptr, 0, 0, 0, 0, kHideFlags);
+}
+
+void OpenHelp() {
+  const std::string page =
+      g_programFolder + "Help\\" + std::to_string(g_language) + "\\Index.htm";
+  SHELLEXECUTEINFOA info{};
+  info.cbSize = sizeof info;
+  info.fMask = SEE_MASK_NOASYNC;
+  info.hwnd = g_mainWindow;
+  info.lpVerb = "open";
+  info.lpFile = page.c_str();
+  info.nShow = SW_SHOWNORMAL;
+  ShellExecuteExA(&info);
+}
+
+void ButtonFeedback(HWND button, int event) {
+  if (!IsAnimatedButton(button)) return;
+  FeedbackButton now;
+  now.state = static_cast<int>(SendMessageA(button, anim::MWM_GETUSERVALUE, 0, 0));
+  now.frame = static_cast<int>(SendMessageA(button, anim::MWM_GETFRAME, 0, 0));
+  now.latched = SendMessageA(button, anim::MWM_GETHOVER, 0, 0) != 0;
+  const FeedbackStep step = ButtonFeedbackStep(now, event);
+  if (step.timer != FeedbackTimer::Keep) {
+    SendMessageA(button, anim::MWM_SETRUNNING, 0, step.timer == FeedbackTimer::On ? 1 : 0);
+  }
+  if (step.stateChanged) SendMessageA(button, anim::MWM_SETUSERVALUE, 0, step.after.state);
+  if (step.frameChanged) SendMessageA(button, anim::MWM_SETFRAME, 0, step.after.frame);
+  if (step.sound == FeedbackSound::Press) PlayWidgetSound(kHoverSound);
+  if (step.sound == FeedbackSound::Click) PlayWidgetSound(kClickSound);
+}
+
+}  // namespace qv
