@@ -8,6 +8,10 @@
 
 namespace qv {
 
+// The face and colour of the program's own texts (clock, language names, captions).
+constexpr char kProgramFace[] = "Tahoma";
+constexpr COLORREF kInterfaceTextColour = RGB(250, 240, 210);
+
 // The primary screen's size, read once before the main routine runs.
 int ScreenWidth();
 int ScreenHeight();

@@ -1,24 +1,23 @@
-// WinMain: start-up checks, the program folder, the resource file and the message loop.
+// WinMain: the display checks, the sounds, the program folder, the classes, the resource file,
+// the main window and the message loop, in that order.
 #include <windows.h>
 
 #include <cstdlib>
 #include <string>
 
+#include "graphics/control_dc.h"
+#include "graphics/file_list.h"
 #include "graphics/resource_file.h"
+#include "shell/app.h"
 #include "shell/debug_output.h"
+#include "shell/main_window.h"
+#include "shell/resource_ids.h"
+#include "shell/shell_layout.h"
+#include "shell/startup_win32.h"
 #include "system/random.h"
+#include "widgets/widget_sounds.h"
 
 namespace {
-
-constexpr char kMainClass[] = "CWNDBACK";
-
-std::string ProgramFolder() {
-  char path[MAX_PATH] = {};
-  const DWORD length = GetModuleFileNameA(nullptr, path, MAX_PATH);
-  std::string folder(path, length);
-  const auto slash = folder.find_last_of("\\/");
-  return slash == std::string::npos ? std::string() : folder.substr(0, slash + 1);
-}
 
 // Tests make the scatter reproducible through QUORVEX_SEED; players get the clock.
 void SeedRandomSource() {
@@ -30,82 +29,57 @@ void SeedRandomSource() {
   }
 }
 
-bool DisplayIsUsable() {
+int DisplayBitsPerPixel() {
   HDC screen = GetDC(nullptr);
-  const int bits = GetDeviceCaps(screen, BITSPIXEL) * GetDeviceCaps(screen, PLANES);
+  const int bits = GetDeviceCaps(screen, BITSPIXEL);
   ReleaseDC(nullptr, screen);
-  return GetSystemMetrics(SM_CXSCREEN) >= 800 && GetSystemMetrics(SM_CYSCREEN) >= 600 &&
-         bits >= 16;
+  return bits;
 }
 
-void OnPaint(HWND window) {
-  PAINTSTRUCT paint;
-  HDC dc = BeginPaint(window, &paint);
-  RECT client;
-  GetClientRect(window, &client);
-  HBRUSH felt = CreateSolidBrush(RGB(22, 78, 46));
-  FillRect(dc, &client, felt);
-  DeleteObject(felt);
-  SetBkMode(dc, TRANSPARENT);
-  SetTextColor(dc, RGB(240, 228, 196));
-  // DT_VCENTER works on single lines only, so measure the block and centre it by hand.
-  const char* text = "Quorvex Puzzle\n\nEsc: quit";
-  RECT block = client;
-  DrawTextA(dc, text, -1, &block, DT_CENTER | DT_CALCRECT);
-  const int height = block.bottom - block.top;
-  RECT centred{client.left, (client.bottom - height) / 2, client.right,
-               (client.bottom + height) / 2};
-  DrawTextA(dc, text, -1, &centred, DT_CENTER | DT_NOCLIP);
-  EndPaint(window, &paint);
+void FindProgramFolder() {
+  char path[MAX_PATH] = {};
+  const DWORD length = GetModuleFileNameA(nullptr, path, MAX_PATH);
+  qv::SetProgramFolder(qv::FolderOfModulePath(path, length));
 }
 
-LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  switch (message) {
-    case WM_PAINT:
-      OnPaint(window);
-      return 0;
-    case WM_KEYDOWN:
-      if (wParam == VK_ESCAPE) DestroyWindow(window);
-      return 0;
-    case WM_DESTROY:
-      PostQuitMessage(0);
-      return 0;
-    default:
-      return DefWindowProcA(window, message, wParam, lParam);
-  }
+// The table and the title bar cannot be drawn without the resource file; a file that opens but
+// lacks them is as broken as a missing one.
+bool ResourceFileUsable() {
+  if (!qv::OpenResourceFile((qv::ProgramFolder() + "Quorvex.rf").c_str())) return false;
+  qv::ControlDC texture;
+  qv::ControlDC titleTile;
+  return texture.LoadById(6000) && titleTile.LoadById(122);
+}
+
+bool EnoughPictures() {
+  qv::FileList pictures;
+  return pictures.Build((qv::ProgramFolder() + "Image\\*.bmp").c_str()) && pictures.Count() >= 5;
+}
+
+// What the game can say before any window of its own exists: the refusal dialog, which ends the
+// program when it is closed.
+int Refuse(HINSTANCE instance, UINT stringBase) {
+  if (!qv::ShowMessageDialog(instance, stringBase)) return 1;
+  return qv::RunMessageLoop();
 }
 
 }  // namespace
 
 int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int) {
+  qv::SetCurrentLanguage(1);
   qv::InstallDebuggerAssertHandler();
   SeedRandomSource();
-  if (!DisplayIsUsable()) {
-    MessageBoxA(nullptr,
-                "Quorvex Puzzle needs a display of at least 800 x 600 pixels with 16 bits of "
-                "colour or more.",
-                "Quorvex Puzzle", MB_OK | MB_ICONSTOP);
-    return 1;
-  }
-  const std::string folder = ProgramFolder();
-  qv::OpenResourceFile((folder + "Quorvex.rf").c_str());
+  const int refusal =
+      qv::DisplayRefusalBase(DisplayBitsPerPixel(), qv::ScreenWidth(), qv::ScreenHeight());
+  if (refusal != 0) return Refuse(instance, static_cast<UINT>(refusal));
 
-  WNDCLASSA windowClass{};
-  windowClass.lpfnWndProc = MainWindowProc;
-  windowClass.hInstance = instance;
-  windowClass.hCursor = LoadCursor(nullptr, IDC_ARROW);
-  windowClass.lpszClassName = kMainClass;
-  if (!RegisterClassA(&windowClass)) return 1;
+  qv::LoadWidgetSounds(instance);
+  FindProgramFolder();
+  qv::RegisterGameClasses(instance);
+  if (!ResourceFileUsable()) return Refuse(instance, IDS_NO_RESOURCE_FILE);
+  if (!EnoughPictures()) return Refuse(instance, IDS_TOO_FEW_PICTURES);
 
-  HWND window = CreateWindowExA(0, kMainClass, "Quorvex Puzzle", WS_POPUP | WS_VISIBLE, 0, 0,
-                                GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN),
-                                nullptr, nullptr, instance, nullptr);
-  if (!window) return 1;
-
-  MSG message;
-  while (GetMessageA(&message, nullptr, 0, 0) > 0) {
-    TranslateMessage(&message);
-    DispatchMessageA(&message);
-  }
-  return static_cast<int>(message.wParam);
+  // The introduction clip will play here and create the main window when it ends.
+  if (!qv::CreateMainWindow(instance)) return 1;
+  return qv::RunMessageLoop();
 }

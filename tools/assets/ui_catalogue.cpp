@@ -95,6 +95,8 @@ std::vector<UiPicture> BuildCatalogue() {
   c.push_back(Push(112, S::kTitle, 36, 36, [] { return IconPush(36, 36, Icon::kCross, Backdrop::kTitleBar); }));
   c.push_back(Push(119, S::kTitle, 36, 36, [] { return IconPush(36, 36, Icon::kMinimise, Backdrop::kTitleBar); }));
   c.push_back(Push(129, S::kTitle, 60, 60, [] { return IconPush(60, 60, Icon::kPiece, Backdrop::kTitleBar); }));
+  c.push_back(Push(231, S::kTitle, 60, 60, [] { return IconPush(60, 60, Icon::kGlobe, Backdrop::kTitleBar); }));
+  c.push_back(Push(232, S::kTitle, 60, 60, [] { return IconPush(60, 60, Icon::kSwatch, Backdrop::kTitleBar); }));
   c.push_back(Plain(225, S::kTitle, 300, 24, [] { return BoxTitleStrip(); }));
   c.push_back(Plain(227, S::kTitle, 6, 300, [] { return BoxSide(); }));
   c.push_back(Plain(228, S::kTitle, 300, 6, [] { return BoxBottom(); }));

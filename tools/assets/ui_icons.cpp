@@ -271,6 +271,21 @@ void Symbol(cairo_t* cr, Icon icon) {
       PiecePath(cr, TabStyle::kKnob, 0, 0, 0.5);
       cairo_fill(cr);
       break;
+    case Icon::kSwatch:
+      // Four table tiles, two filled and two outlined: the table's texture.
+      for (int row = 0; row < 2; ++row) {
+        for (int col = 0; col < 2; ++col) {
+          const double x = -0.34 + col * 0.36;
+          const double y = -0.34 + row * 0.36;
+          cairo_rectangle(cr, x, y, 0.32, 0.32);
+          if ((row + col) % 2 == 0) {
+            cairo_fill(cr);
+          } else {
+            Stroke(cr, 0.06);
+          }
+        }
+      }
+      break;
   }
 }
 

@@ -95,7 +95,7 @@ struct Expected {
 };
 const Expected kScreensLoad[] = {
     {200, 205, StripKind::kPush, 3},   {600, 605, StripKind::kPush, 3},   {244, 244, StripKind::kPush, 3},
-    {112, 112, StripKind::kPush, 3},   {119, 119, StripKind::kPush, 3},   {129, 129, StripKind::kPush, 3},
+    {112, 112, StripKind::kPush, 3},   {119, 119, StripKind::kPush, 3},   {129, 129, StripKind::kPush, 3},   {231, 232, StripKind::kPush, 3},
     {212, 213, StripKind::kPush, 3},   {146, 147, StripKind::kPush, 3},   {131, 131, StripKind::kPush, 3},
     {222, 223, StripKind::kPush, 3},   {163, 163, StripKind::kPush, 3},   {165, 165, StripKind::kPush, 3},
     {167, 167, StripKind::kPush, 3},   {170, 170, StripKind::kPush, 3},   {229, 230, StripKind::kPush, 3},

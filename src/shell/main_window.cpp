@@ -1,0 +1,172 @@
+// CWNDBACK: the title bar, the board, the six box buttons and the information button.
+#include "shell/main_window.h"
+
+#include <memory>
+#include <string>
+
+#include "graphics/control_dc.h"
+#include "puzzle/play.h"
+#include "puzzle/puzzle_windows.h"
+#include "shell/app.h"
+#include "shell/game_hooks.h"
+#include "shell/shell_layout.h"
+#include "shell/title_bar.h"
+#include "widgets/widget_classes.h"
+#include "widgets/widget_window.h"
+
+namespace qv {
+namespace {
+
+using widget::CreateRecord;
+using widget::DestroyRecord;
+using widget::RecordOf;
+
+struct MainRecord {
+  ControlDC boxImages[kBoxCount];
+  ControlDC infoImage;
+  HWND infoButton = nullptr;
+};
+
+constexpr UINT kShowFlags =
+    SWP_NOSIZE | SWP_NOMOVE | SWP_NOZORDER | SWP_SHOWWINDOW | SWP_NOOWNERZORDER;
+constexpr UINT kHideFlags = SWP_NOSIZE | SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE |
+                            SWP_HIDEWINDOW | SWP_NOOWNERZORDER;
+
+HWND CreateButton(HWND parent, const char* className, ShellPoint at, int id, HIMAGE picture) {
+  HWND button = CreateWindowExA(0, className, "", WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS, at.x,
+                                at.y, 50, 50, parent,
+                                reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)),
+                                GetModuleHandleA(nullptr), nullptr);
+  if (button) SendMessageA(button, MWM_SETIMAGE, 0, reinterpret_cast<LPARAM>(picture));
+  return button;
+}
+
+void CreateBoxButtons(HWND window, MainRecord& r) {
+  for (int i = 0; i < kBoxCount; ++i) {
+    r.boxImages[i].LoadById(200 + static_cast<std::uint32_t>(i));
+    const ShellPoint at = BoxButtonPosition(i, ScreenWidth(), ScreenHeight());
+    SetBoxButton(i, CreateButton(window, kBoxCommandClass, at, kFirstBoxButtonId + i,
+                                 r.boxImages[i].Dib()));
+  }
+}
+
+void CreateInfoButton(HWND window, MainRecord& r) {
+  r.infoImage.LoadById(244);
+  const ShellPoint at = InfoButtonPosition(ScreenWidth(), r.infoImage.Width());
+  r.infoButton = CreateButton(window, kCommandClass, at, kInfoButtonId, r.infoImage.Dib());
+}
+
+// The board fills the table under the title bar; its pieces, boxes and preview live as long as
+// the main window.
+void CreateTable(HWND window) {
+  const BoardSize board = BoardSizeFor(ScreenWidth(), ScreenHeight());
+  SetBoardSize(board.width, board.height);
+  InstallGameHooks();
+  SetTableTextureIndex(0);
+  CreateTitleBar(window);
+  CreatePreviewWindow(window);
+  CreateBoardWindow(window);
+}
+
+LRESULT OnCreate(HWND window) {
+  MainRecord* r = CreateRecord<MainRecord>(window);
+  if (!r) return -1;
+  SetMainWindow(window);
+  CreateTable(window);
+  CreateBoxButtons(window, *r);
+  CreateBoxWindows(window);
+  CreateInfoButton(window, *r);
+  SetWindowTextA(PreviewWindow(), LocalizedString(120, 60).c_str());
+  return 0;
+}
+
+void OnDestroy(HWND window) {
+  for (int i = 0; i < kBoxCount; ++i) SetBoxButton(i, nullptr);
+  DestroyRecord<MainRecord>(window);
+  SetMainWindow(nullptr);
+  PostQuitMessage(0);
+}
+
+void OnSize(WPARAM kind) {
+  if (kind == SIZE_MINIMIZED) Puzzle().RelojPausado = 1;
+  if (kind == SIZE_MAXIMIZED) Puzzle().RelojPausado = 0;
+}
+
+void OnPaint(HWND window) {
+  PAINTSTRUCT paint;
+  BeginPaint(window, &paint);
+  EndPaint(window, &paint);
+}
+
+void ToggleBox(int box) {
+  HWND frame = BoxWindow(box);
+  if (!frame) return;
+  if (IsWindowVisible(frame)) {
+    SetWindowPos(frame, nullptr, 0, 0, 0, 0, kHideFlags);
+  } else {
+    SetWindowPos(frame, nullptr, 0, 0, 0, 0, kShowFlags);
+  }
+}
+
+void OnNotify(HWND window, WPARAM code, LPARAM lParam) {
+  if (static_cast<int>(code) != MWN_CLICKED) return;
+  HWND sender = reinterpret_cast<HWND>(lParam);
+  MainRecord* r = RecordOf<MainRecord>(window);
+  if (r && sender == r->infoButton) {
+    // The information screen joins the game with the accessory screens; until then the
+    // button only answers with its click.
+    return;
+  }
+  const int id = GetDlgCtrlID(sender);
+  if (id >= kFirstBoxButtonId && id < kFirstBoxButtonId + kBoxCount) {
+    ToggleBox(id - kFirstBoxButtonId);
+  }
+}
+
+LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  switch (message) {
+    case WM_CREATE:
+      return OnCreate(window);
+    case WM_DESTROY:
+      OnDestroy(window);
+      return 0;
+    case WM_SIZE:
+      OnSize(wParam);
+      return 0;
+    case WM_PAINT:
+      OnPaint(window);
+      return 0;
+    case WM_QUERYNEWPALETTE:
+      InvalidateRect(window, nullptr, FALSE);
+      return 0;
+    case WM_PALETTECHANGED:
+      if (reinterpret_cast<HWND>(wParam) != window) InvalidateRect(window, nullptr, FALSE);
+      return 0;
+    case MWM_NOTIFY:
+      OnNotify(window, wParam, lParam);
+      return 0;
+    default:
+      return DefWindowProcA(window, message, wParam, lParam);
+  }
+}
+
+}  // namespace
+
+bool RegisterMainWindowClass(HINSTANCE instance) {
+  WNDCLASSA windowClass{};
+  windowClass.style = CS_OWNDC;
+  windowClass.lpfnWndProc = MainWindowProc;
+  windowClass.hInstance = instance;
+  windowClass.hCursor = LoadCursor(nullptr, IDC_ARROW);
+  windowClass.hbrBackground = static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH));
+  windowClass.lpszClassName = kMainWindowClass;
+  return RegisterClassA(&windowClass) != 0;
+}
+
+HWND CreateMainWindow(HINSTANCE instance) {
+  return CreateWindowExA(0, kMainWindowClass, "Quorvex",
+                         WS_POPUP | WS_VISIBLE | WS_CLIPCHILDREN | WS_MAXIMIZE | WS_DLGFRAME, 0,
+                         0, 100, 100, nullptr, nullptr, instance, nullptr);
+}
+
+}  // namespace qv
