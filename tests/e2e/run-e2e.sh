@@ -1,0 +1,78 @@
+#!/usr/bin/env bash
+# Plays the game end to end under Wine on its own Xvfb screen, as a player would with the mouse,
+# and checks the board after each step against what the portable engine computes.
+# Usage: run-e2e.sh DIST_DIR PLANNER WORK_DIR WIDTHxHEIGHT DEPTH SEED
+set -uo pipefail
+dist=$(cd "$1" && pwd)
+planner=$2
+mkdir -p "$3"
+work=$(cd "$3" && pwd)
+size=$4
+depth=$5
+seed=$6
+here=$(cd "$(dirname "$0")/../.." && pwd)
+width=${size%x*}
+height=${size#*x}
+
+# The game's folder: every tile of the picture list shows the same picture, so that whichever the
+# folder lists first, the planner plays the same one.
+game="$work/game"
+rm -rf "$game" "$work/plan" "$work/shots"
+mkdir -p "$game/Image" "$work/plan" "$work/shots"
+cp "$dist/Quorvex.exe" "$dist/Quorvex.rf" "$game/"
+for k in 1 2 3 4 5; do cp "$dist/Image/1.bmp" "$game/Image/$k.bmp"; done
+
+"$planner" plan "$dist/Quorvex.rf" "$dist/Image/1.bmp" "$width" "$height" "$seed" "$work/plan" ||
+  { echo "the planner could not plan the scenario"; exit 1; }
+
+prefix="$work/prefix"
+bash "$here/tools/setup/wine-prefix.sh" "$prefix" "$size" >/dev/null
+export WINEPREFIX=$prefix WINEDEBUG=-all
+
+exec xvfb-run -a -s "-screen 0 ${size}x${depth}" bash -c '
+  set -uo pipefail
+  game=$1 work=$2 planner=$3 seed=$4 height=$5
+  wineserver -p
+  wine cmd.exe /c exit >/dev/null 2>&1 </dev/null || true
+  (cd "$game" && QUORVEX_SEED=$seed exec wine Quorvex.exe >/dev/null 2>&1 </dev/null) &
+  sleep 6
+  failures=0
+  pause() { sleep "${1:-0.3}"; }
+  while read -r step a b c d e; do
+    case $step in
+      wait) pause "$a" ;;
+      click)
+        xdotool mousemove "$a" "$b"; pause 0.3; xdotool click 1; pause 0.3 ;;
+      drag)
+        xdotool mousemove "$a" "$b"; pause 0.4
+        xdotool mousedown 1; pause 0.4
+        xdotool mousemove $(( (a + c) / 2 )) $(( (b + d) / 2 )); pause 0.3
+        xdotool mousemove "$c" "$d"; pause 0.4
+        xdotool mouseup 1; pause 0.6 ;;
+      shot|clockshot)
+        # Park the pointer where it covers nothing that is checked.
+        xdotool mousemove 0 $((height - 1)); pause 0.5
+        import-im6.q16 -window root -crop "${d}x${e}+${b}+${c}" +repage "$work/shots/$a.ppm"
+        if [ "$step" = shot ]; then
+          if ! "$planner" compare "$work/plan/$a.ppm" "$work/shots/$a.ppm" 12; then
+            failures=$((failures + 1))
+            convert-im6.q16 "$work/shots/$a.ppm" "$work/shots/$a-seen.png"
+            convert-im6.q16 "$work/plan/$a.ppm" "$work/shots/$a-expected.png"
+            echo "FAILED: board after step $a differs (see $work/shots)"
+          fi
+        fi ;;
+      same)
+        if ! cmp -s "$work/shots/$a.ppm" "$work/shots/$b.ppm"; then
+          failures=$((failures + 1)); echo "FAILED: $a and $b differ: the clock did not stop"
+        fi ;;
+      differ)
+        if cmp -s "$work/shots/$a.ppm" "$work/shots/$b.ppm"; then
+          failures=$((failures + 1)); echo "FAILED: $a and $b are the same: the clock never ran"
+        fi ;;
+    esac
+  done < "$work/plan/steps.txt"
+  import-im6.q16 -window root "$work/shots/last-screen.png"
+  wineserver -k || true
+  echo "end-to-end run at $(basename "$work"): $failures failed checks"
+  [ "$failures" -eq 0 ]
+' bash "$game" "$work" "$planner" "$seed" "$height"
