@@ -1,0 +1,203 @@
+// The main window and its permanent children at the test desktop's size, and the language screen.
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "graphics/resource_file.h"
+#include "puzzle/puzzle_model.h"
+#include "shell/app.h"
+#include "shell/language_screen.h"
+#include "shell/main_window.h"
+#include "shell/startup_win32.h"
+#include "shell/title_bar.h"
+#include "widgets/widget_classes.h"
+
+namespace qv {
+namespace {
+
+std::string DistFolder() {
+  std::string folder = std::string("Z:") + QV_DIST_DIR + "/";
+  for (char& c : folder) {
+    if (c == '/') c = '\\';
+  }
+  return folder;
+}
+
+void Pump() {
+  MSG message;
+  for (int round = 0; round < 3; ++round) {
+    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
+      if (message.message == WM_QUIT) continue;
+      TranslateMessage(&message);
+      DispatchMessageA(&message);
+    }
+    Sleep(10);
+  }
+}
+
+RECT ScreenRect(HWND window) {
+  RECT r{};
+  GetWindowRect(window, &r);
+  return r;
+}
+
+std::vector<HWND> Children(HWND parent, const char* className) {
+  std::vector<HWND> found;
+  for (HWND w = FindWindowExA(parent, nullptr, className, nullptr); w;
+       w = FindWindowExA(parent, w, className, nullptr)) {
+    found.push_back(w);
+  }
+  return found;
+}
+
+class MainWindowTest : public ::testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    SetProgramFolder(DistFolder());
+    ASSERT_TRUE(OpenResourceFile((ProgramFolder() + "Quorvex.rf").c_str()));
+    RegisterGameClasses(GetModuleHandleA(nullptr));
+    ASSERT_NE(CreateMainWindow(GetModuleHandleA(nullptr)), nullptr);
+    Pump();
+  }
+  static void TearDownTestSuite() {
+    DestroyWindow(MainWindow());
+    Pump();  // the main window's WM_QUIT is dropped here, as no loop runs
+  }
+};
+
+TEST_F(MainWindowTest, BoxButtonsStandInAColumnAtTheRightEdge) {
+  ASSERT_NE(MainWindow(), nullptr);
+  for (int i = 0; i < kBoxCount; ++i) {
+    ASSERT_NE(BoxButton(i), nullptr);
+    const RECT r = ScreenRect(BoxButton(i));
+    EXPECT_EQ(r.left, ScreenWidth() - 25) << i;
+    EXPECT_EQ(r.top, ScreenHeight() / 2 - 112 + 46 * i) << i;
+    if (ScreenHeight() == 768) {
+      EXPECT_EQ(r.top, 272 + 46 * i);
+    }
+  }
+  // The information button's right edge meets the screen's, at y = 80.
+  HWND info = WindowFromPoint(POINT{ScreenWidth() - 5, 100});
+  char name[32] = {};
+  GetClassNameA(info, name, sizeof name);
+  EXPECT_STREQ(name, kCommandClass);
+  const RECT r = ScreenRect(info);
+  EXPECT_EQ(r.right, ScreenWidth());
+  EXPECT_EQ(r.top, 80);
+}
+
+TEST_F(MainWindowTest, TitleBarButtonsAndClock) {
+  const std::vector<HWND> bars = Children(MainWindow(), kTitleBarClass);
+  ASSERT_EQ(bars.size(), 1u);
+  const RECT bar = ScreenRect(bars[0]);
+  EXPECT_EQ(bar.left, 0);
+  EXPECT_EQ(bar.top, 0);
+  EXPECT_EQ(bar.right, ScreenWidth());
+  EXPECT_EQ(bar.bottom, 78);
+  std::vector<LONG> lefts;
+  for (HWND button : Children(bars[0], kCommandClass)) lefts.push_back(ScreenRect(button).left);
+  ASSERT_EQ(lefts.size(), 6u);
+  const LONG third = (ScreenWidth() - 703) / 3;
+  for (LONG expected : {LONG{-2}, third + 316, LONG{ScreenWidth() - 75}, LONG{ScreenWidth() - 36}}) {
+    EXPECT_NE(std::find(lefts.begin(), lefts.end(), expected), lefts.end()) << expected;
+  }
+  EXPECT_STREQ(GameTimeText(), "00:00:00");
+  ShowGameTime(3725, 1, 2, 5);
+  EXPECT_STREQ(GameTimeText(), "01:02:05");
+  ShowGameTime(360000, 100, 0, 0);
+  EXPECT_STREQ(GameTimeText(), "100:00:00");
+  ShowGameTime(0, 0, 0, 0);
+}
+
+TEST_F(MainWindowTest, BoxButtonTogglesItsBox) {
+  HWND box = BoxWindow(3);
+  ASSERT_NE(box, nullptr);
+  EXPECT_FALSE(IsWindowVisible(box));
+  SendMessageA(MainWindow(), MWM_NOTIFY, MWN_CLICKED, reinterpret_cast<LPARAM>(BoxButton(3)));
+  EXPECT_TRUE(IsWindowVisible(box));
+  SendMessageA(MainWindow(), MWM_NOTIFY, MWN_PRESSED, reinterpret_cast<LPARAM>(BoxButton(3)));
+  EXPECT_TRUE(IsWindowVisible(box));  // only a click toggles
+  SendMessageA(MainWindow(), MWM_NOTIFY, MWN_CLICKED, reinterpret_cast<LPARAM>(BoxButton(3)));
+  EXPECT_FALSE(IsWindowVisible(box));
+}
+
+TEST_F(MainWindowTest, MinimisingPausesTheClock) {
+  SendMessageA(MainWindow(), WM_SIZE, SIZE_MINIMIZED, 0);
+  EXPECT_EQ(Puzzle().RelojPausado, 1);
+  SendMessageA(MainWindow(), WM_SIZE, SIZE_MAXIMIZED, 0);
+  EXPECT_EQ(Puzzle().RelojPausado, 0);
+}
+
+// The language screen's two names and two buttons, in creation order.
+struct LanguageScreen {
+  HWND screen = nullptr;
+  HWND confirm = nullptr, cancel = nullptr, spanish = nullptr, english = nullptr;
+};
+
+LanguageScreen OpenScreen() {
+  LanguageScreen s;
+  s.screen = OpenLanguageScreen();
+  if (!s.screen) return s;
+  const std::vector<HWND> buttons = Children(s.screen, kCommandClass);
+  const std::vector<HWND> names = Children(s.screen, kTextClass);
+  if (buttons.size() == 2 && names.size() == 2) {
+    s.confirm = buttons[0];
+    s.cancel = buttons[1];
+    s.spanish = names[0];
+    s.english = names[1];
+  }
+  return s;
+}
+
+void Click(HWND screen, HWND sender) {
+  SendMessageA(screen, MWM_NOTIFY, MWN_CLICKED, reinterpret_cast<LPARAM>(sender));
+  Pump();
+}
+
+std::string Idioma() {
+  char value[16] = {};
+  GetPrivateProfileStringA("Quorvex", "Idioma", "", value, sizeof value, "Quorvex.ini");
+  return value;
+}
+
+TEST_F(MainWindowTest, LanguageScreenWritesOnlyAConfirmedChange) {
+  WritePrivateProfileStringA("Quorvex", "Idioma", "untouched", "Quorvex.ini");
+  LanguageScreen s = OpenScreen();
+  ASSERT_NE(s.screen, nullptr);
+  ASSERT_NE(s.confirm, nullptr);
+  EXPECT_FALSE(IsWindowEnabled(MainWindow()));
+  Click(s.screen, s.english);
+  Click(s.screen, s.confirm);  // English was current: nothing to write
+  EXPECT_FALSE(IsWindow(s.screen));
+  EXPECT_TRUE(IsWindowEnabled(MainWindow()));
+  EXPECT_EQ(Idioma(), "untouched");
+
+  s = OpenScreen();
+  Click(s.screen, s.spanish);
+  Click(s.screen, s.cancel);
+  EXPECT_EQ(CurrentLanguage(), 1);
+  EXPECT_EQ(Idioma(), "untouched");
+
+  s = OpenScreen();
+  Click(s.screen, s.spanish);
+  Click(s.screen, s.confirm);
+  EXPECT_EQ(CurrentLanguage(), 0);
+  EXPECT_EQ(Idioma(), "0");
+  char caption[100] = {};
+  GetWindowTextA(PreviewWindow(), caption, sizeof caption);
+  EXPECT_EQ(std::string(caption), LocalizedString(120, 90));
+  EXPECT_NE(std::string(caption), "Preview");
+
+  s = OpenScreen();
+  Click(s.screen, s.english);
+  Click(s.screen, s.confirm);
+  EXPECT_EQ(CurrentLanguage(), 1);
+  EXPECT_EQ(Idioma(), "1");
+}
+
+}  // namespace
+}  // namespace qv
