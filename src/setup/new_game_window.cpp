@@ -326,9 +326,10 @@ void MakeSizeAndCountPanels(HWND window, NewGameRecord& r) {
   SendMessageA(r.countPicker, NGM_SETBACKDROP, 0, AsParam(r.backdrop.get()));
   const std::uint32_t labels[3] = {50, 60, 70};
   for (int line = 0; line < 3; ++line) {
-    std::string label = LocalizedString(labels[line], 200);
-    if (label.empty()) label = " ";
-    r.countLabels[line] = Text(window, r, ng::CountLabelPosition(line), label, false);
+    // A caption cannot be empty: a missing string shows as a blank.
+    const std::string label = LocalizedString(labels[line], 200);
+    r.countLabels[line] = Text(window, r, ng::CountLabelPosition(line),
+                               label.empty() ? std::string(1, ' ') : label, false);
     r.countValues[line] = Text(window, r, ng::CountLabelPosition(line), "-", false);
   }
 }
@@ -491,7 +492,10 @@ void OnNotify(HWND window, NewGameRecord& r, int code, HWND from) {
   } else if (from == r.larger || from == r.smaller) {
     OnSizeButton(r, from == r.larger ? ng::kSizeButtonStep : -ng::kSizeButtonStep);
   } else if (from == r.countSlider) {
-    SetCountPosition(ThePickers(), static_cast<int>(SendMessageA(from, scroll::MWM_GETVALUE, 0, 0)));
+    SetCountPosition(ThePickers(),
+                     static_cast<int>(SendMessageA(from, scroll::MWM_GETVALUE, 0, 0)));
+    // Only a change of scale calls the pickers' redraw hook; a new grid is drawn here.
+    InvalidateRect(r.countPicker, nullptr, FALSE);
     UpdateCountTexts(r);
   } else if (from == r.help) {
     OpenHelp();

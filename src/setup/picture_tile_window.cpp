@@ -4,6 +4,7 @@
 
 #include "graphics/bitmap_file.h"
 #include "graphics/himage_draw.h"
+#include "graphics/himage_ops.h"
 #include "setup/new_game_logic.h"
 #include "setup/new_game_parts.h"
 #include "widgets/widget_messages.h"
