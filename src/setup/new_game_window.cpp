@@ -392,6 +392,8 @@ void RollPanel(HWND window, HDC captured) {
 void SwitchTab(HWND window, NewGameRecord& r, int tab) {
   if (tab == r.tab || tab < 0 || tab >= ng::kTabCount) return;
   SendMessageA(r.tabs[r.tab], MWM_SETCHECK, 0, 0);
+  // The roll below blocks painting: the old tab is seen to rise before it.
+  UpdateWindow(r.tabs[r.tab]);
   MakeBackdrop(r, tab);
   // Every child that shows the backdrop gets the new one (the old block is gone).
   for (HWND child : r.tiles) SendMessageA(child, NGM_SETBACKDROP, 0, AsParam(r.backdrop.get()));
