@@ -1,0 +1,530 @@
+// The new-game screen driven with the real pointer, the game's resource file and pictures.
+#include "setup/new_game_window.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "graphics/control_dc.h"
+#include "graphics/resource_file.h"
+#include "puzzle/puzzle_model.h"
+#include "puzzle/texture.h"
+#include "setup/new_game_parts.h"
+#include "setup/pickers.h"
+#include "setup_test_doubles.h"
+#include "shell/app.h"
+#include "support/assert_recorder.h"
+#include "widgets/widget_classes.h"
+#include "widgets/widget_messages.h"
+
+namespace qv {
+namespace {
+
+const std::string kDist = QV_TEST_DIST_DIR;
+constexpr char kMainClass[] = "QvSetupTestMain";
+
+// ---- Input ---------------------------------------------------------------------------------
+
+void Pump(int ms) {
+  const DWORD end = GetTickCount() + static_cast<DWORD>(ms);
+  MSG message;
+  do {
+    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
+      if (OfferChildChar(message)) continue;
+      TranslateMessage(&message);
+      DispatchMessageA(&message);
+    }
+    Sleep(2);
+  } while (static_cast<LONG>(end - GetTickCount()) > 0);
+}
+
+bool UnderWine() {
+  HMODULE ntdll = GetModuleHandleA("ntdll.dll");
+  return ntdll && GetProcAddress(ntdll, "wine_get_version") != nullptr;
+}
+
+// Under Wine the pointer moves through the X server, as a real mouse moves it (Wine's own warps
+// report the old place once more after the new one).
+bool Xdotool(const char* arguments) {
+  static const bool available =
+      UnderWine() && GetFileAttributesA("Z:\\usr\\bin\\xdotool") != INVALID_FILE_ATTRIBUTES;
+  if (!available) return false;
+  char command[160];
+  std::snprintf(command, sizeof command, "/usr/bin/xdotool %s", arguments);
+  STARTUPINFOA startup{};
+  startup.cb = sizeof startup;
+  PROCESS_INFORMATION process{};
+  if (!CreateProcessA(nullptr, command, nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
+                      &process)) {
+    return false;
+  }
+  CloseHandle(process.hThread);
+  CloseHandle(process.hProcess);
+  return true;
+}
+
+template <class Condition>
+bool PumpUntil(Condition&& done) {
+  const DWORD start = GetTickCount();
+  while (!done()) {
+    if (GetTickCount() - start > 1500) return false;
+    Pump(5);
+  }
+  Pump(30);
+  return true;
+}
+
+void SendMouse(DWORD flags) {
+  INPUT input{};
+  input.type = INPUT_MOUSE;
+  input.mi.dwFlags = flags;
+  SendInput(1, &input, sizeof input);
+}
+
+bool LeftHeld() { return (GetAsyncKeyState(VK_LBUTTON) & 0x8000) != 0; }
+
+void MoveTo(int x, int y) {
+  char arguments[64];
+  std::snprintf(arguments, sizeof arguments, "mousemove %d %d", x, y);
+  if (!Xdotool(arguments)) {
+    SetCursorPos(x, y);
+    SendMouse(MOUSEEVENTF_MOVE);
+  }
+  EXPECT_TRUE(PumpUntil([&] {
+    POINT now{-1, -1};
+    return GetCursorPos(&now) && now.x == x && now.y == y;
+  })) << "the pointer did not reach " << x << "," << y;
+}
+
+void ClickAt(int x, int y) {
+  MoveTo(x, y);
+  Pump(30);
+  if (!Xdotool("mousedown 1")) SendMouse(MOUSEEVENTF_LEFTDOWN);
+  PumpUntil([] { return LeftHeld(); });
+  if (!Xdotool("mouseup 1")) SendMouse(MOUSEEVENTF_LEFTUP);
+  PumpUntil([] { return !LeftHeld(); });
+  Pump(30);
+}
+
+// A click in the middle of a window.
+void Click(HWND window) {
+  RECT rect;
+  GetWindowRect(window, &rect);
+  ClickAt((rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2);
+}
+
+void MoveAway() { MoveTo(1010, 750); }
+
+// ---- The screen's children -----------------------------------------------------------------
+
+struct Found {
+  const char* className;
+  std::vector<HWND> windows;
+};
+
+BOOL CALLBACK Collect(HWND child, LPARAM param) {
+  auto* found = reinterpret_cast<Found*>(param);
+  char name[32] = {};
+  GetClassNameA(child, name, sizeof name);
+  if (std::string(name) == found->className) found->windows.push_back(child);
+  return TRUE;
+}
+
+POINT PlaceOf(HWND child) {
+  RECT rect;
+  GetWindowRect(child, &rect);
+  MapWindowPoints(nullptr, GetParent(child), reinterpret_cast<POINT*>(&rect), 2);
+  return POINT{rect.left, rect.top};
+}
+
+HWND ChildAt(HWND screen, const char* className, int x, int y) {
+  Found found{className, {}};
+  EnumChildWindows(screen, Collect, reinterpret_cast<LPARAM>(&found));
+  for (HWND w : found.windows) {
+    const POINT p = PlaceOf(w);
+    if (p.x == x && p.y == y) return w;
+  }
+  return nullptr;
+}
+
+std::vector<HWND> ChildrenOf(HWND screen, const char* className) {
+  Found found{className, {}};
+  EnumChildWindows(screen, Collect, reinterpret_cast<LPARAM>(&found));
+  return found.windows;
+}
+
+HWND Tab(HWND screen, int tab) {
+  const int ys[4] = {63, 109, 157, 203};
+  return ChildAt(screen, kCheckClass, 0, ys[tab]);
+}
+HWND ShapeOption(HWND screen, int s) { return ChildAt(screen, kCheckClass, 371 + (s == 0 ? 0 : s == 1 ? 56 : 111), 78); }
+HWND Cycler(HWND screen) { return ChildAt(screen, kAnimClass, 147, 65); }
+HWND Confirm(HWND screen) { return ChildAt(screen, kCommandClass, 119, 255); }
+HWND Cancel(HWND screen) { return ChildAt(screen, kCommandClass, 514, 257); }
+HWND Larger(HWND screen) { return ChildAt(screen, kAnimClass, 452, 44); }
+
+// The two sliders share a place; the one shown belongs to the current tab.
+HWND VisibleSlider(HWND screen) {
+  for (HWND w : ChildrenOf(screen, kScrollClass)) {
+    if (IsWindowVisible(w)) return w;
+  }
+  return nullptr;
+}
+
+std::vector<HWND> Tiles(HWND screen) {
+  std::vector<HWND> tiles = ChildrenOf(screen, kPictureTileClass);
+  std::sort(tiles.begin(), tiles.end(), [](HWND a, HWND b) { return PlaceOf(a).x < PlaceOf(b).x; });
+  return tiles;
+}
+
+std::string TextOf(HWND caption) {
+  char buffer[200] = {};
+  SendMessageA(caption, text::MWM_GETTEXT, sizeof buffer, reinterpret_cast<LPARAM>(buffer));
+  return buffer;
+}
+
+// The value beside a count label: the caption right of x = 410 on that line.
+std::string CountValue(HWND screen, int line) {
+  for (HWND w : ChildrenOf(screen, kTextClass)) {
+    const POINT p = PlaceOf(w);
+    if (p.y == 80 + 40 * line && p.x > 410) return TextOf(w);
+  }
+  return "";
+}
+
+bool Checked(HWND check) { return SendMessageA(check, MWM_GETCHECK, 0, 0) != 0; }
+
+// Writes the screen as it stands on the display to a .bmp, when QV_SCREENSHOT_DIR names a
+// folder (for looking at the screen; the tests do not need it).
+void Screenshot(HWND screen, const char* name) {
+  const char* folder = std::getenv("QV_SCREENSHOT_DIR");
+  if (!folder || !*folder) return;
+  Pump(100);
+  RECT rect;
+  GetWindowRect(screen, &rect);
+  const int width = rect.right - rect.left;
+  const int height = rect.bottom - rect.top;
+  HDC desktop = GetDC(nullptr);
+  HDC memory = CreateCompatibleDC(desktop);
+  BITMAPINFO info{};
+  info.bmiHeader.biSize = sizeof(BITMAPINFOHEADER);
+  info.bmiHeader.biWidth = width;
+  info.bmiHeader.biHeight = height;
+  info.bmiHeader.biPlanes = 1;
+  info.bmiHeader.biBitCount = 24;
+  void* bits = nullptr;
+  HBITMAP bitmap = CreateDIBSection(memory, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
+  HGDIOBJ old = SelectObject(memory, bitmap);
+  BitBlt(memory, 0, 0, width, height, desktop, rect.left, rect.top, SRCCOPY);
+  GdiFlush();
+  const DWORD imageBytes = static_cast<DWORD>(((width * 3 + 3) & ~3) * height);
+  BITMAPFILEHEADER file{};
+  file.bfType = 0x4D42;
+  file.bfOffBits = sizeof(BITMAPFILEHEADER) + sizeof(BITMAPINFOHEADER);
+  file.bfSize = file.bfOffBits + imageBytes;
+  const std::string path = std::string(folder) + "\\" + name + ".bmp";
+  if (FILE* out = std::fopen(path.c_str(), "wb")) {
+    std::fwrite(&file, sizeof file, 1, out);
+    std::fwrite(&info.bmiHeader, sizeof info.bmiHeader, 1, out);
+    std::fwrite(bits, imageBytes, 1, out);
+    std::fclose(out);
+  }
+  SelectObject(memory, old);
+  DeleteObject(bitmap);
+  DeleteDC(memory);
+  ReleaseDC(nullptr, desktop);
+}
+
+// ---- Fixture -------------------------------------------------------------------------------
+
+LRESULT CALLBACK MainProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message == WM_ERASEBKGND) {
+    RECT client;
+    GetClientRect(window, &client);
+    HBRUSH felt = CreateSolidBrush(RGB(22, 78, 46));
+    FillRect(reinterpret_cast<HDC>(wParam), &client, felt);
+    DeleteObject(felt);
+    return 1;
+  }
+  return DefWindowProcA(window, message, wParam, lParam);
+}
+
+class SetupEnvironment : public ::testing::Environment {
+ public:
+  void SetUp() override {
+    HINSTANCE module = GetModuleHandleA(nullptr);
+    ASSERT_TRUE(RegisterWidgetClasses(module));
+    ASSERT_TRUE(RegisterNewGameClasses(module));
+    WNDCLASSA main{};
+    main.lpfnWndProc = MainProc;
+    main.hInstance = module;
+    main.hCursor = LoadCursor(nullptr, IDC_ARROW);
+    main.lpszClassName = kMainClass;
+    ASSERT_TRUE(RegisterClassA(&main));
+    ASSERT_TRUE(OpenResourceFile((kDist + "Quorvex.rf").c_str())) << kDist;
+    ASSERT_TRUE(texture_.LoadById(6000));
+    ASSERT_TRUE(MosaicoPuzzle(texture_.Dib()));
+  }
+
+ private:
+  ControlDC texture_;
+};
+
+const auto* const g_environment = ::testing::AddGlobalTestEnvironment(new SetupEnvironment);
+
+std::string TempFolder(const char* name) {
+  char temp[MAX_PATH];
+  GetTempPathA(MAX_PATH, temp);
+  const std::string folder = std::string(temp) + name + "\\";
+  CreateDirectoryA(folder.c_str(), nullptr);
+  CreateDirectoryA((folder + "Image").c_str(), nullptr);
+  // Start empty: earlier runs may have left pictures.
+  WIN32_FIND_DATAA data;
+  HANDLE find = FindFirstFileA((folder + "Image\\*.bmp").c_str(), &data);
+  if (find != INVALID_HANDLE_VALUE) {
+    do {
+      DeleteFileA((folder + "Image\\" + data.cFileName).c_str());
+    } while (FindNextFileA(find, &data));
+    FindClose(find);
+  }
+  return folder;
+}
+
+void CopyPicture(int from, const std::string& folder, const std::string& as) {
+  ASSERT_TRUE(CopyFileA((kDist + "Image\\" + std::to_string(from) + ".bmp").c_str(),
+                        (folder + "Image\\" + as).c_str(), FALSE));
+}
+
+class NewGameScreen : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    MoveAway();
+    test::Calls() = test::PuzzleWindowCalls{};
+    SetProgramFolder(kDist);
+    SetCurrentLanguage(1);
+    main_ = CreateWindowExA(0, kMainClass, "main", WS_POPUP | WS_VISIBLE, 0, 0, ScreenWidth(),
+                            ScreenHeight(), nullptr, nullptr, GetModuleHandleA(nullptr), nullptr);
+    SetMainWindow(main_);
+    SetBoardSize(ScreenWidth() - 49 - 30, ScreenHeight() - 78);
+    Pump(20);
+  }
+  void TearDown() override {
+    if (screen_ && IsWindow(screen_)) DestroyWindow(screen_);
+    DestroyWindow(main_);
+    SetMainWindow(nullptr);
+    CerrarPuzzle(false);
+    Pump(10);
+  }
+  HWND Open() {
+    screen_ = OpenNewGameScreen(main_);
+    Pump(50);
+    return screen_;
+  }
+
+  HWND main_ = nullptr;
+  HWND screen_ = nullptr;
+};
+
+TEST_F(NewGameScreen, OpensCentredOverTheDisabledMainWindowWithTheFirstPictureChosen) {
+  ASSERT_NE(Open(), nullptr);
+  EXPECT_FALSE(IsWindowEnabled(main_));
+  RECT client;
+  GetClientRect(screen_, &client);
+  EXPECT_EQ(client.right, 610);
+  EXPECT_EQ(client.bottom, 300);
+  const std::vector<HWND> tiles = Tiles(screen_);
+  ASSERT_EQ(tiles.size(), 5u);
+  EXPECT_EQ(SendMessageA(tiles[0], NGM_GETSELECTED, 0, 0), 1);
+  EXPECT_EQ(SendMessageA(tiles[1], NGM_GETSELECTED, 0, 0), 0);
+  for (HWND tile : tiles) EXPECT_EQ(SendMessageA(tile, NGM_GETAVAILABLE, 0, 0), 1);
+  EXPECT_NE(std::string(PuzzlePicturePath()).find("1.bmp"), std::string::npos);
+  EXPECT_TRUE(PickerHasPicture(ThePickers()));
+  EXPECT_TRUE(Checked(Tab(screen_, 0)));
+  Screenshot(screen_, "newgame-0-picture");
+
+  Click(tiles[2]);
+  EXPECT_EQ(SendMessageA(tiles[2], NGM_GETSELECTED, 0, 0), 1);
+  EXPECT_EQ(SendMessageA(tiles[0], NGM_GETSELECTED, 0, 0), 0);
+  EXPECT_NE(std::string(PuzzlePicturePath()).find("3.bmp"), std::string::npos);
+
+  Click(Cancel(screen_));
+  EXPECT_FALSE(IsWindow(screen_));
+  EXPECT_TRUE(IsWindowEnabled(main_));
+  EXPECT_TRUE(test::Calls().boardParents.empty());
+  EXPECT_FALSE(CutPending());
+}
+
+TEST_F(NewGameScreen, ConfirmingAtOnceCutsShapeZeroAtTheFinestGridAndFitScale) {
+  ASSERT_NE(Open(), nullptr);
+  const PickerState chosen = ThePickers();
+  test::Calls().cutOnCreate = true;
+  Click(Confirm(screen_));
+  ASSERT_EQ(test::Calls().boardParents.size(), 1u);
+  EXPECT_EQ(test::Calls().boardParents[0], main_);
+  EXPECT_FALSE(IsWindow(screen_));
+  EXPECT_TRUE(IsWindowEnabled(main_));
+  EXPECT_TRUE(test::Calls().cutSucceeded);
+  EXPECT_EQ(Puzzle().dieId, 5000u);
+  EXPECT_EQ(Puzzle().dieRows, 2);
+  EXPECT_EQ(Puzzle().dieCols, 2);
+  EXPECT_EQ(Puzzle().NC, chosen.mostColumns);
+  EXPECT_EQ(Puzzle().NR, chosen.mostRows);
+  EXPECT_DOUBLE_EQ(Puzzle().scale, chosen.fitScale);
+}
+
+TEST_F(NewGameScreen, TabsSwitchPanelsAndTheCurrentTabDoesNothing) {
+  ASSERT_NE(Open(), nullptr);
+  const std::vector<HWND> tiles = Tiles(screen_);
+  EXPECT_EQ(VisibleSlider(screen_), nullptr);
+
+  Click(Tab(screen_, 1));
+  EXPECT_TRUE(Checked(Tab(screen_, 1)));
+  EXPECT_FALSE(Checked(Tab(screen_, 0)));
+  EXPECT_FALSE(IsWindowVisible(tiles[0]));
+  HWND sizeSlider = VisibleSlider(screen_);
+  ASSERT_NE(sizeSlider, nullptr);
+  EXPECT_EQ(SendMessageA(sizeSlider, scroll::MWM_GETMAXIMUM, 0, 0), 100);
+  EXPECT_EQ(SendMessageA(sizeSlider, scroll::MWM_GETVALUE, 0, 0), GetSizePercentage(ThePickers()));
+  Screenshot(screen_, "newgame-1-size");
+
+  Click(Tab(screen_, 1));  // already current
+  EXPECT_TRUE(Checked(Tab(screen_, 1)));
+  EXPECT_EQ(VisibleSlider(screen_), sizeSlider);
+
+  Click(Tab(screen_, 2));
+  HWND countSlider = VisibleSlider(screen_);
+  ASSERT_NE(countSlider, nullptr);
+  EXPECT_NE(countSlider, sizeSlider);
+  EXPECT_EQ(SendMessageA(countSlider, scroll::MWM_GETMAXIMUM, 0, 0), ThePickers().countSteps);
+  EXPECT_EQ(CountValue(screen_, 2), std::to_string(PickerPieceCount(ThePickers())));
+  Screenshot(screen_, "newgame-2-pieces");
+
+  Click(Tab(screen_, 3));
+  EXPECT_EQ(VisibleSlider(screen_), nullptr);
+  EXPECT_TRUE(IsWindowVisible(ShapeOption(screen_, 0)));
+  EXPECT_TRUE(Checked(ShapeOption(screen_, 0)));
+  Screenshot(screen_, "newgame-3-shape");
+  EXPECT_FALSE(Checked(Tab(screen_, 2)));
+}
+
+TEST_F(NewGameScreen, TheShapeCyclerGoesRoundTheThreeShapesAndTheChoiceIsCut) {
+  ASSERT_NE(Open(), nullptr);
+  Click(Tab(screen_, 3));
+  HWND cycler = Cycler(screen_);
+  ASSERT_NE(cycler, nullptr);
+  for (int expected : {1, 2, 0}) {
+    Click(cycler);
+    for (int s = 0; s < 3; ++s) EXPECT_EQ(Checked(ShapeOption(screen_, s)), s == expected) << s;
+  }
+  Click(ShapeOption(screen_, 2));
+  EXPECT_TRUE(Checked(ShapeOption(screen_, 2)));
+  EXPECT_FALSE(Checked(ShapeOption(screen_, 0)));
+  Click(cycler);  // 2 -> 0
+  EXPECT_TRUE(Checked(ShapeOption(screen_, 0)));
+  Click(cycler);  // 0 -> 1
+  test::Calls().cutOnCreate = true;
+  Click(Confirm(screen_));
+  EXPECT_TRUE(test::Calls().cutSucceeded);
+  EXPECT_EQ(Puzzle().dieId, 5001u);
+}
+
+TEST_F(NewGameScreen, SizeChangesUpdateTheCountSliderAndTexts) {
+  ASSERT_NE(Open(), nullptr);
+  Click(Tab(screen_, 1));
+  HWND slider = VisibleSlider(screen_);
+  ASSERT_NE(slider, nullptr);
+  const int before = static_cast<int>(SendMessageA(slider, scroll::MWM_GETVALUE, 0, 0));
+  const std::int64_t piecesBefore = PickerPieceCount(ThePickers());
+
+  Click(Larger(screen_));
+  EXPECT_EQ(SendMessageA(slider, scroll::MWM_GETVALUE, 0, 0), before + 5);
+  // The pickers truncate the percentage they give back from the scale.
+  EXPECT_NEAR(GetSizePercentage(ThePickers()), before + 5, 1);
+  EXPECT_GT(PickerPieceCount(ThePickers()), piecesBefore);
+
+  // The slider's lower part steps the size down (held long on a busy machine, it repeats).
+  RECT rect;
+  GetWindowRect(slider, &rect);
+  ClickAt((rect.left + rect.right) / 2, rect.bottom - 10);
+  const int now = static_cast<int>(SendMessageA(slider, scroll::MWM_GETVALUE, 0, 0));
+  EXPECT_LT(now, before + 5);
+  EXPECT_NEAR(GetSizePercentage(ThePickers()), now, 1);
+
+  Click(Tab(screen_, 2));
+  EXPECT_EQ(CountValue(screen_, 0), std::to_string(ThePickers().rows));
+  EXPECT_EQ(CountValue(screen_, 1), std::to_string(ThePickers().columns));
+  EXPECT_EQ(CountValue(screen_, 2), std::to_string(PickerPieceCount(ThePickers())));
+  HWND count = VisibleSlider(screen_);
+  EXPECT_EQ(SendMessageA(count, scroll::MWM_GETMAXIMUM, 0, 0), ThePickers().countSteps);
+  EXPECT_EQ(SendMessageA(count, scroll::MWM_GETVALUE, 0, 0), ThePickers().countSteps);
+  // The coarsest grid, as the slider reports a new value.
+  SendMessageA(count, scroll::MWM_SETVALUE, 0, 0);
+  SendMessageA(screen_, MWM_NOTIFY, MWN_CLICKED, reinterpret_cast<LPARAM>(count));
+  EXPECT_EQ(GetCountPosition(ThePickers()), 0);
+  EXPECT_EQ(ThePickers().columns, ThePickers().fewestColumns);
+  EXPECT_EQ(CountValue(screen_, 2), std::to_string(PickerPieceCount(ThePickers())));
+  Screenshot(screen_, "newgame-2-coarsest");
+}
+
+TEST_F(NewGameScreen, PagesByFivesAndThePreviewShowsTheChosenPicture) {
+  ASSERT_NE(Open(), nullptr);
+  const std::vector<HWND> tiles = Tiles(screen_);
+  std::vector<HWND> arrows;
+  for (HWND w : ChildrenOf(screen_, kCommandClass)) {
+    if (w != Confirm(screen_) && w != Cancel(screen_)) arrows.push_back(w);
+  }
+  ASSERT_EQ(arrows.size(), 2u);
+  std::sort(arrows.begin(), arrows.end(), [](HWND a, HWND b) { return PlaceOf(a).x < PlaceOf(b).x; });
+  EXPECT_FALSE(IsWindowVisible(arrows[0]));
+  ASSERT_TRUE(IsWindowVisible(arrows[1]));
+  Click(arrows[1]);
+  EXPECT_EQ(SendMessageA(tiles[0], NGM_GETPICTURE, 0, 0), 5);
+  EXPECT_EQ(SendMessageA(tiles[0], NGM_GETSELECTED, 0, 0), 0);  // picture 0 stays chosen
+  EXPECT_TRUE(IsWindowVisible(arrows[0]));
+  Click(tiles[4]);
+  EXPECT_NE(std::string(PuzzlePicturePath()).find("10.bmp"), std::string::npos);
+  Click(arrows[0]);
+  EXPECT_EQ(SendMessageA(tiles[0], NGM_GETPICTURE, 0, 0), 0);
+
+  Click(ChildAt(screen_, kAnimClass, 395, 235));
+  ASSERT_EQ(test::Calls().viewerPaths.size(), 1u);
+  EXPECT_EQ(test::Calls().viewerPaths[0], kDist + "Image\\10.bmp");
+}
+
+TEST_F(NewGameScreen, FewerPicturesThanTilesIsRefusedAndTheMainWindowStaysEnabled) {
+  const std::string folder = TempFolder("qv_newgame_few");
+  for (int k = 1; k <= 4; ++k) CopyPicture(k, folder, std::to_string(k) + ".bmp");
+  SetProgramFolder(folder);
+  test::AssertRecorder asserts;
+  EXPECT_EQ(Open(), nullptr);
+  EXPECT_TRUE(asserts.saw(
+      "este codigo no soporta menos imagenes que el numero declarado en NUM_PREVIEW_FS"));
+  EXPECT_TRUE(IsWindowEnabled(main_));
+}
+
+TEST_F(NewGameScreen, AnUnreadablePictureIsShownUnavailableAndNeverChosen) {
+  const std::string folder = TempFolder("qv_newgame_bad");
+  for (int k = 2; k <= 6; ++k) CopyPicture(k, folder, std::to_string(k) + ".bmp");
+  if (FILE* bad = std::fopen((folder + "Image\\1.bmp").c_str(), "wb")) {
+    std::fputs("BM this is not a picture", bad);
+    std::fclose(bad);
+  }
+  SetProgramFolder(folder);
+  ASSERT_NE(Open(), nullptr);
+  const std::vector<HWND> tiles = Tiles(screen_);
+  EXPECT_EQ(SendMessageA(tiles[0], NGM_GETAVAILABLE, 0, 0), 0);
+  // The first readable picture was chosen instead.
+  EXPECT_EQ(SendMessageA(tiles[1], NGM_GETSELECTED, 0, 0), 1);
+  Click(tiles[0]);
+  EXPECT_EQ(SendMessageA(tiles[0], NGM_GETSELECTED, 0, 0), 0);
+  EXPECT_EQ(SendMessageA(tiles[1], NGM_GETSELECTED, 0, 0), 1);
+  EXPECT_NE(std::string(PuzzlePicturePath()).find("2.bmp"), std::string::npos);
+  Screenshot(screen_, "newgame-unreadable");
+}
+
+}  // namespace
+}  // namespace qv
