@@ -52,9 +52,14 @@ constexpr std::uint32_t kStripImage = 134;
 constexpr std::uint32_t kScrollImage = 135;
 constexpr std::uint32_t kTitleBase = 2130;
 constexpr int kStripFrames = 10;
+constexpr int kTitleX = 17;
+constexpr int kTitleY = 10;
 
 struct MosaicRecord {
-  std::unique_ptr<ControlDC> background;  // handed over by OpenMosaicScreen, title drawn on it
+  std::unique_ptr<ControlDC> background;  // handed over by OpenMosaicScreen
+  // The localized title over the background at (17, 10). It is drawn over the background when
+  // painting rather than copied into it, as the two pictures need not share one colour table.
+  ControlDC title;
   ControlDC closeImage, nextImage, stripImage, scrollImage;
   HWND disabledParent = nullptr;
   HWND close = nullptr, next = nullptr, preview = nullptr, scroll = nullptr;
@@ -109,11 +114,7 @@ LRESULT OnCreate(HWND window, const CREATESTRUCTA* create) {
   if (!m) return -1;
   m->background.reset(params->background);
   m->disabledParent = params->parent;
-  ControlDC title;
-  if (title.LoadById(kTitleBase + static_cast<std::uint32_t>(CurrentLanguage()))) {
-    ImageRasterCopy(m->background->Dib(), 17, 10, ImageWidth(title.Dib()),
-                    ImageHeight(title.Dib()), title.Dib(), 0, 0, kRopSrcCopy);
-  }
+  m->title.LoadById(kTitleBase + static_cast<std::uint32_t>(CurrentLanguage()));
   BuildChildren(window, *m);
   return 0;
 }
@@ -143,6 +144,15 @@ void OnPaint(HWND window, const MosaicRecord& m) {
   PAINTSTRUCT ps;
   HDC dc = BeginPaint(window, &ps);
   if (dc && m.background->Dib()) ImageFill(dc, ps.rcPaint, m.background->Dib(), kRopSrcCopy);
+  if (dc && m.title.Dib()) {
+    const RECT title{kTitleX, kTitleY, kTitleX + ImageWidth(m.title.Dib()),
+                     kTitleY + ImageHeight(m.title.Dib())};
+    RECT part;
+    if (IntersectRect(&part, &title, &ps.rcPaint)) {
+      ImageDrawToContext(dc, part.left, part.top, part.right - part.left, part.bottom - part.top,
+                         m.title.Dib(), part.left - kTitleX, part.top - kTitleY, kRopSrcCopy);
+    }
+  }
   EndPaint(window, &ps);
 }
 

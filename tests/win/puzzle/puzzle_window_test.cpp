@@ -363,6 +363,17 @@ TEST(PieceBoxes, PressPointChoosesMoveOrResize) {
   SendMessageA(frame, WM_CLOSE, 0, 0);
 }
 
+// With QV_PUZZLE_SHOT_MS set, holds the board with an open box on screen for a screenshot.
+TEST(BoardWithBox, HoldsForAScreenshotWhenAsked) {
+  const char* hold = std::getenv("QV_PUZZLE_SHOT_MS");
+  if (!hold) GTEST_SKIP() << "QV_PUZZLE_SHOT_MS not set";
+  ShowFrame(BoxWindow(1));
+  ShowPreview();
+  Pump(std::atoi(hold));
+  SendMessageA(BoxWindow(1), WM_CLOSE, 0, 0);
+  HideAllBoxesBut(nullptr);
+}
+
 HWND ChildAt(HWND parent, int x, int y) {
   return ChildWindowFromPointEx(parent, POINT{x, y}, CWP_SKIPINVISIBLE);
 }
@@ -398,6 +409,7 @@ TEST(MosaicScreen, NextFromTheLastTextureWrapsToTheFirst) {
   EXPECT_EQ(SendMessageA(preview, anim::MWM_GETFRAME, 0, 0), 0);
   EXPECT_NE(topLeft(GetAreaSurface(AREA_TABLERO)), boardBefore);
   EXPECT_NE(topLeft(GetAreaSurface(3)), boxBefore);
+  if (const char* hold = std::getenv("QV_PUZZLE_SHOT_MS")) Pump(std::atoi(hold));
 
   SendMessageA(screen, WM_CLOSE, 0, 0);
   Pump(30);
@@ -431,17 +443,6 @@ TEST(PictureViewer, ShowsAPictureUntilAKey) {
   Pump(50);
   EXPECT_FALSE(IsWindow(viewer));
   EXPECT_TRUE(IsWindowEnabled(MainWindow()));
-}
-
-// With QV_PUZZLE_SHOT_MS set, holds the board with an open box on screen for a screenshot.
-TEST(PuzzleBoard, HoldsForAScreenshotWhenAsked) {
-  const char* hold = std::getenv("QV_PUZZLE_SHOT_MS");
-  if (!hold) GTEST_SKIP() << "QV_PUZZLE_SHOT_MS not set";
-  ShowFrame(BoxWindow(1));
-  ShowPreview();
-  Pump(std::atoi(hold));
-  SendMessageA(BoxWindow(1), WM_CLOSE, 0, 0);
-  HideAllBoxesBut(nullptr);
 }
 
 TEST(PicturePreview, SizeFollowsThePictureAndCloseHidesIt) {
