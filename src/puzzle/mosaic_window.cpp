@@ -1,0 +1,259 @@
+// CWNDMOSAIC: the table-texture screen, and the texture the table shows.
+#include <windows.h>
+
+#include <memory>
+
+#include "graphics/control_dc.h"
+#include "graphics/himage_draw.h"
+#include "graphics/himage_ops.h"
+#include "puzzle/puzzle_windows.h"
+#include "puzzle/puzzle_windows_internal.h"
+#include "puzzle/texture.h"
+#include "shell/app.h"
+#include "widgets/widget_classes.h"
+#include "widgets/widget_window.h"
+
+namespace qv {
+namespace {
+
+constexpr int kTextureCount = 10;
+constexpr std::uint32_t kTextureBase = 6000;
+
+int g_textureIndex = 0;
+std::unique_ptr<ControlDC> g_texture;  // lent to the engine while it is the table's tile
+
+}  // namespace
+
+bool SetTableTextureIndex(int index) {
+  if (index < 0 || index >= kTextureCount) return false;
+  auto tile = std::make_unique<ControlDC>();
+  if (!tile->LoadById(kTextureBase + static_cast<std::uint32_t>(index))) return false;
+  if (!MosaicoPuzzle(tile->Dib())) return false;
+  g_texture = std::move(tile);  // the old tile is freed only now that the engine let it go
+  g_textureIndex = index;
+  return true;
+}
+
+int TableTextureIndex() { return g_textureIndex; }
+
+}  // namespace qv
+
+namespace qv::puzzle_win {
+namespace {
+
+using widget::CreateRecord;
+using widget::DestroyRecord;
+using widget::RecordOf;
+
+constexpr std::uint32_t kBackgroundImage = 133;
+constexpr std::uint32_t kCloseImage = 131;
+constexpr std::uint32_t kNextImage = 132;
+constexpr std::uint32_t kStripImage = 134;
+constexpr std::uint32_t kScrollImage = 135;
+constexpr std::uint32_t kTitleBase = 2130;
+constexpr int kStripFrames = 10;
+constexpr int kTitleX = 17;
+constexpr int kTitleY = 10;
+
+struct MosaicRecord {
+  std::unique_ptr<ControlDC> background;  // handed over by OpenMosaicScreen
+  // The localized title over the background at (17, 10). It is drawn over the background when
+  // painting rather than copied into it, as the two pictures need not share one colour table.
+  ControlDC title;
+  ControlDC closeImage, nextImage, stripImage, scrollImage;
+  HWND disabledParent = nullptr;
+  HWND close = nullptr, next = nullptr, preview = nullptr, scroll = nullptr;
+  bool dragging = false;
+  POINT grab{};
+};
+
+struct MosaicCreateParams {
+  ControlDC* background = nullptr;
+  HWND parent = nullptr;
+};
+
+HWND Child(HWND parent, const char* className, int x, int y, const ControlDC& picture) {
+  HWND child = CreateWindowExA(0, className, "", WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS, x, y,
+                               50, 50, parent, nullptr, GetModuleHandleA(nullptr), nullptr);
+  if (child && picture.Dib()) {
+    SendMessageA(child, MWM_SETIMAGE, 0, reinterpret_cast<LPARAM>(picture.Dib()));
+  }
+  return child;
+}
+
+void BuildChildren(HWND window, MosaicRecord& m) {
+  m.closeImage.LoadById(kCloseImage);
+  m.nextImage.LoadById(kNextImage);
+  m.stripImage.LoadById(kStripImage);
+  m.scrollImage.LoadById(kScrollImage);
+  const int index = TableTextureIndex();
+
+  m.close = Child(window, kCommandClass, 0, 290, m.closeImage);
+  m.next = Child(window, kAnimClass, 135, 264, m.nextImage);
+  SendMessageA(m.next, anim::MWM_SETCOLUMNS, 0, kStripFrames);
+  SendMessageA(m.next, anim::MWM_SETFRAME, 0, 0);
+  m.preview = Child(window, kAnimClass, 116, 110, m.stripImage);
+  SendMessageA(m.preview, anim::MWM_SETCOLUMNS, 0, kStripFrames);
+  SendMessageA(m.preview, anim::MWM_SETFRAME, 0, index);
+  m.scroll = Child(window, kScrollClass, 236, 83, m.scrollImage);
+  SendMessageA(m.scroll, scroll::MWM_SETPARTSIZE1, 0, 37);
+  SendMessageA(m.scroll, scroll::MWM_SETPARTSIZE2, 0, 83);
+  SendMessageA(m.scroll, scroll::MWM_SETPARTSIZE3, 0, 39);
+  SendMessageA(m.scroll, scroll::MWM_SETMINIMUM, 0, -9);
+  SendMessageA(m.scroll, scroll::MWM_SETMAXIMUM, 0, 0);
+  SendMessageA(m.scroll, scroll::MWM_SETSTEP, 0, 1);
+  SendMessageA(m.scroll, scroll::MWM_SETDRAGTHRESHOLD, 0, 40);
+  // The top of the scroll is texture 0.
+  SendMessageA(m.scroll, scroll::MWM_SETVALUE, 0, -index);
+}
+
+LRESULT OnCreate(HWND window, const CREATESTRUCTA* create) {
+  const auto* params = static_cast<const MosaicCreateParams*>(create->lpCreateParams);
+  if (!params || !params->background) return -1;
+  auto* m = CreateRecord<MosaicRecord>(window);
+  if (!m) return -1;
+  m->background.reset(params->background);
+  m->disabledParent = params->parent;
+  m->title.LoadById(kTitleBase + static_cast<std::uint32_t>(CurrentLanguage()));
+  BuildChildren(window, *m);
+  return 0;
+}
+
+void ShowTexture(MosaicRecord& m, int index) {
+  SendMessageA(m.preview, anim::MWM_SETFRAME, 0, index);
+  SetTableTextureIndex(index);
+}
+
+void OnNotify(HWND window, MosaicRecord& m, WPARAM code, LPARAM lParam) {
+  HWND sender = reinterpret_cast<HWND>(lParam);
+  ButtonFeedback(sender, static_cast<int>(code));
+  if (code != MWN_CLICKED) return;
+  if (sender == m.close) {
+    PostMessageA(window, WM_CLOSE, 0, 0);
+  } else if (sender == m.scroll) {
+    const int value = static_cast<int>(SendMessageA(m.scroll, scroll::MWM_GETVALUE, 0, 0));
+    ShowTexture(m, -value);
+  } else if (sender == m.next) {
+    const int index = (TableTextureIndex() + 1) % kStripFrames;
+    SendMessageA(m.scroll, scroll::MWM_SETVALUE, 0, -index);
+    ShowTexture(m, index);
+  }
+}
+
+void OnPaint(HWND window, const MosaicRecord& m) {
+  PAINTSTRUCT ps;
+  HDC dc = BeginPaint(window, &ps);
+  if (dc && m.background->Dib()) ImageFill(dc, ps.rcPaint, m.background->Dib(), kRopSrcCopy);
+  if (dc && m.title.Dib()) {
+    const RECT title{kTitleX, kTitleY, kTitleX + ImageWidth(m.title.Dib()),
+                     kTitleY + ImageHeight(m.title.Dib())};
+    RECT part;
+    if (IntersectRect(&part, &title, &ps.rcPaint)) {
+      ImageDrawToContext(dc, part.left, part.top, part.right - part.left, part.bottom - part.top,
+                         m.title.Dib(), part.left - kTitleX, part.top - kTitleY, kRopSrcCopy);
+    }
+  }
+  EndPaint(window, &ps);
+}
+
+void OnButtonDown(HWND window, MosaicRecord& m, LPARAM lParam) {
+  m.dragging = true;
+  m.grab = POINT{widget::PointX(lParam), widget::PointY(lParam)};
+  SetCapture(window);
+}
+
+void OnMouseMove(HWND window, const MosaicRecord& m) {
+  if (!m.dragging) return;
+  POINT now;
+  GetCursorPos(&now);
+  SetWindowPos(window, nullptr, now.x - m.grab.x, now.y - m.grab.y, 0, 0,
+               SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void EndDrag(HWND window, MosaicRecord& m) {
+  m.dragging = false;
+  if (GetCapture() == window) ReleaseCapture();
+}
+
+void OnClose(HWND window, MosaicRecord& m) {
+  // The parent is enabled first so that it, not some other program, becomes active.
+  if (m.disabledParent) EnableWindow(m.disabledParent, TRUE);
+  m.disabledParent = nullptr;
+  DestroyWindow(window);
+}
+
+}  // namespace
+
+LRESULT CALLBACK MosaicWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message == WM_CREATE) return OnCreate(window, reinterpret_cast<CREATESTRUCTA*>(lParam));
+  MosaicRecord* m = RecordOf<MosaicRecord>(window);
+  if (!m) return DefWindowProcA(window, message, wParam, lParam);
+  switch (message) {
+    case WM_PAINT:
+      OnPaint(window, *m);
+      return 0;
+    case WM_ERASEBKGND:
+      return 1;
+    case MWM_NOTIFY:
+      OnNotify(window, *m, wParam, lParam);
+      return 0;
+    case WM_LBUTTONDOWN:
+      OnButtonDown(window, *m, lParam);
+      return 0;
+    case WM_MOUSEMOVE:
+      OnMouseMove(window, *m);
+      return 0;
+    case WM_LBUTTONUP:
+      EndDrag(window, *m);
+      return 0;
+    case WM_CAPTURECHANGED:
+      m->dragging = false;
+      return 0;
+    case WM_QUERYNEWPALETTE:
+      InvalidateRect(window, nullptr, FALSE);
+      return 1;
+    case WM_PALETTECHANGED:
+      if (reinterpret_cast<HWND>(wParam) != window) InvalidateRect(window, nullptr, FALSE);
+      return 0;
+    case WM_CLOSE:
+      OnClose(window, *m);
+      return 0;
+    case WM_DESTROY:
+      if (m->disabledParent) EnableWindow(m->disabledParent, TRUE);
+      DestroyRecord<MosaicRecord>(window);
+      return 0;
+    default:
+      return DefWindowProcA(window, message, wParam, lParam);
+  }
+}
+
+}  // namespace qv::puzzle_win
+
+namespace qv {
+
+HWND OpenMosaicScreen(HWND parent) {
+  auto background = std::make_unique<ControlDC>();
+  if (!background->LoadById(puzzle_win::kBackgroundImage)) return nullptr;
+  HideAllBoxesBut(nullptr);
+  RECT rect{0, 0, background->Width(), background->Height()};
+  AdjustWindowRect(&rect, WS_POPUP, FALSE);
+  const int width = rect.right - rect.left;
+  const int height = rect.bottom - rect.top;
+  const int x = (GetSystemMetrics(SM_CXSCREEN) - width) / 2;
+  const int y = (GetSystemMetrics(SM_CYSCREEN) - height) / 2;
+  if (parent) EnableWindow(parent, FALSE);
+  puzzle_win::MosaicCreateParams params;
+  params.background = background.get();
+  params.parent = parent;
+  HWND screen = CreateWindowExA(0, puzzle_win::kMosaicClass, "", WS_POPUP | WS_VISIBLE | WS_CLIPCHILDREN,
+                                x, y, width, height, parent, nullptr, GetModuleHandleA(nullptr),
+                                &params);
+  if (!screen) {
+    if (parent) EnableWindow(parent, TRUE);
+    return nullptr;
+  }
+  background.release();  // the screen's record owns it now
+  return screen;
+}
+
+}  // namespace qv

@@ -1,0 +1,180 @@
+// The puzzle windows' side of the engine hooks, class registration and the display probe.
+#include <windows.h>
+#include <mmsystem.h>
+
+#include <cstdint>
+
+#include "puzzle/play.h"
+#include "puzzle/puzzle_model.h"
+#include "puzzle/puzzle_windows.h"
+#include "puzzle/puzzle_windows_internal.h"
+#include "shell/app.h"
+#include "shell/resource_ids.h"
+#include "widgets/widget_messages.h"
+
+namespace qv::puzzle_win {
+namespace {
+
+UINT_PTR g_clockTimer = 0;
+
+void CALLBACK ClockTick(HWND, UINT, UINT_PTR, DWORD) { RelojPuzzle(); }
+
+void OnAreaNotify(void*, int area, int code) {
+  HWND window = AreaWindow(area);
+  if (!window) return;
+  if (HWND parent = GetParent(window)) {
+    SendMessageA(parent, MWM_NOTIFY, static_cast<WPARAM>(code), reinterpret_cast<LPARAM>(window));
+  }
+}
+
+void OnInvalidate(void*, int area, int x, int y, int width, int height) {
+  HWND window = AreaWindow(area);
+  if (!window || width <= 0 || height <= 0) return;
+  const RECT rect{x, y, x + width, y + height};
+  InvalidateRect(window, &rect, FALSE);
+}
+
+void OnStartClock(void*) {
+  if (g_clockTimer) KillTimer(nullptr, g_clockTimer);
+  g_clockTimer = SetTimer(nullptr, 0, 1000, ClockTick);
+}
+
+void OnStopClock(void*) {
+  if (g_clockTimer) KillTimer(nullptr, g_clockTimer);
+  g_clockTimer = 0;
+}
+
+// The join sound stays locked in the module for the whole run.
+const void* JoinSound() {
+  static const void* sound = [] () -> const void* {
+    HMODULE module = GetModuleHandleA(nullptr);
+    HRSRC found = FindResourceA(module, MAKEINTRESOURCEA(IDW_JOIN), "WAVE");
+    HGLOBAL loaded = found ? LoadResource(module, found) : nullptr;
+    return loaded ? LockResource(loaded) : nullptr;
+  }();
+  return sound;
+}
+
+void OnJoinSound(void*) {
+  if (const void* sound = JoinSound()) {
+    PlaySoundA(static_cast<LPCSTR>(sound), nullptr,
+               SND_MEMORY | SND_ASYNC | SND_NODEFAULT | SND_NOSTOP);
+  }
+}
+
+void OnPreviewChanged(void*) { ActualizarPreview(); }
+
+void OnHideBox(void*, int box) {
+  if (HWND frame = BoxWindow(box)) HideWindowInPlace(frame);
+}
+
+void OnSetCursor(void*, EngineCursor cursor) {
+  LPCSTR name = IDC_ARROW;
+  if (cursor == EngineCursor::Wait) name = IDC_WAIT;
+  if (cursor == EngineCursor::DropIntoBox) {
+    if (HCURSOR drop = LoadCursorA(GetModuleHandleA(nullptr), MAKEINTRESOURCEA(IDCUR_DROP_INTO_BOX))) {
+      SetCursor(drop);
+      return;
+    }
+    name = IDC_CROSS;
+  }
+  SetCursor(LoadCursorA(nullptr, name));
+}
+
+bool Register(HINSTANCE instance, const char* name, WNDPROC procedure, UINT style,
+              HBRUSH background) {
+  WNDCLASSA c{};
+  c.style = style;
+  c.lpfnWndProc = procedure;
+  c.hInstance = instance;
+  c.hCursor = LoadCursorA(nullptr, IDC_ARROW);
+  c.hbrBackground = background;
+  c.lpszClassName = name;
+  return RegisterClassA(&c) != 0 || GetLastError() == ERROR_CLASS_ALREADY_EXISTS;
+}
+
+constexpr UINT kHideFlags = SWP_NOSIZE | SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE |
+                            SWP_HIDEWINDOW | SWP_NOOWNERZORDER;
+constexpr UINT kShowFlags =
+    SWP_NOSIZE | SWP_NOMOVE | SWP_NOZORDER | SWP_SHOWWINDOW | SWP_NOOWNERZORDER;
+
+}  // namespace
+
+void ProbeDisplayFormat() {
+  static bool probed = false;
+  if (probed) return;
+  probed = true;
+  HDC screen = GetDC(nullptr);
+  if (!screen) return;
+  HBITMAP bitmap = CreateCompatibleBitmap(screen, 1, 1);
+  struct {
+    BITMAPINFOHEADER header;
+    DWORD masks[256];
+  } info{};
+  info.header.biSize = sizeof(BITMAPINFOHEADER);
+  // The first call fills in the depth and compression, the second the channel masks.
+  const bool ok = bitmap &&
+                  GetDIBits(screen, bitmap, 0, 1, nullptr, reinterpret_cast<BITMAPINFO*>(&info),
+                            DIB_RGB_COLORS) != 0 &&
+                  GetDIBits(screen, bitmap, 0, 1, nullptr, reinterpret_cast<BITMAPINFO*>(&info),
+                            DIB_RGB_COLORS) != 0;
+  if (bitmap) DeleteObject(bitmap);
+  ReleaseDC(nullptr, screen);
+  if (!ok) return;
+  DisplayFormat format;
+  format.bitCount = info.header.biBitCount;
+  if (info.header.biCompression == BI_BITFIELDS) {
+    format.redMask = info.masks[0];
+    format.greenMask = info.masks[1];
+    format.blueMask = info.masks[2];
+  } else if (format.bitCount == 16) {
+    format.redMask = 0x7c00;
+    format.greenMask = 0x03e0;
+    format.blueMask = 0x001f;
+  } else if (format.bitCount == 32) {
+    format.redMask = 0xff0000;
+    format.greenMask = 0x00ff00;
+    format.blueMask = 0x0000ff;
+  }
+  // A palette display keeps the engine's 24-bit default, which every device can take.
+  SetDisplayFormat(format);
+}
+
+void HideWindowInPlace(HWND window) {
+  if (window) SetWindowPos(window, nullptr, 0, 0, 0, 0, kHideFlags);
+}
+
+void ShowWindowInPlace(HWND window) {
+  if (window) SetWindowPos(window, nullptr, 0, 0, 0, 0, kShowFlags);
+}
+
+}  // namespace qv::puzzle_win
+
+namespace qv {
+
+bool RegisterPuzzleWindowClasses(HINSTANCE instance) {
+  using namespace puzzle_win;
+  HBRUSH black = static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH));
+  bool ok = Register(instance, kAreaClass, AreaWindowProc, CS_OWNDC, nullptr);
+  ok = Register(instance, kPreviewClass, PreviewWindowProc, 0, nullptr) && ok;
+  ok = Register(instance, kBoxClass, BoxWindowProc, 0, nullptr) && ok;
+  ok = Register(instance, kViewerClass, ViewerWindowProc, CS_DBLCLKS, black) && ok;
+  ok = Register(instance, kMosaicClass, MosaicWindowProc, 0, nullptr) && ok;
+  return ok;
+}
+
+EngineHooks PuzzleWindowHooks() {
+  using namespace puzzle_win;
+  EngineHooks hooks;
+  hooks.areaNotify = OnAreaNotify;
+  hooks.invalidate = OnInvalidate;
+  hooks.startClock = OnStartClock;
+  hooks.stopClock = OnStopClock;
+  hooks.joinSound = OnJoinSound;
+  hooks.previewChanged = OnPreviewChanged;
+  hooks.hideBox = OnHideBox;
+  hooks.setCursor = OnSetCursor;
+  return hooks;
+}
+
+}  // namespace qv

@@ -1,0 +1,140 @@
+// Box frame hit rules and resizing, preview and viewer sizes, and the picture reduction.
+#include "puzzle/frame_logic.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "graphics/himage_ops.h"
+
+namespace qv {
+namespace {
+
+constexpr int kTitle = 24;
+
+TEST(BoxFrameDrag, PressPointPicksTheMode) {
+  // A 300 x 300 frame: title strip and the band under it move; borders resize.
+  EXPECT_EQ(FrameDragAt(150, 0, 300, 300, kTitle), FrameDrag::Move);
+  EXPECT_EQ(FrameDragAt(150, kTitle + 5, 300, 300, kTitle), FrameDrag::Move);
+  EXPECT_EQ(FrameDragAt(0, kTitle + 6, 300, 300, kTitle), FrameDrag::LeftEdge);
+  EXPECT_EQ(FrameDragAt(5, 280, 300, 300, kTitle), FrameDrag::LeftEdge);   // y = h - 20
+  EXPECT_EQ(FrameDragAt(5, 281, 300, 300, kTitle), FrameDrag::BottomLeft);
+  EXPECT_EQ(FrameDragAt(294, 100, 300, 300, kTitle), FrameDrag::RightEdge);
+  EXPECT_EQ(FrameDragAt(299, 281, 300, 300, kTitle), FrameDrag::BottomRight);
+  EXPECT_EQ(FrameDragAt(19, 299, 300, 300, kTitle), FrameDrag::BottomLeft);
+  EXPECT_EQ(FrameDragAt(20, 294, 300, 300, kTitle), FrameDrag::BottomEdge);
+  EXPECT_EQ(FrameDragAt(280, 299, 300, 300, kTitle), FrameDrag::BottomEdge);  // x = w - 20
+  EXPECT_EQ(FrameDragAt(281, 299, 300, 300, kTitle), FrameDrag::BottomRight);
+  // The right border's lowest six rows belong to the bottom edge's corner rule.
+  EXPECT_EQ(FrameDragAt(296, 296, 300, 300, kTitle), FrameDrag::BottomRight);
+}
+
+TEST(BoxFrameDrag, InsideOrOutsideSelectsNothing) {
+  EXPECT_EQ(FrameDragAt(150, 150, 300, 300, kTitle), FrameDrag::None);
+  EXPECT_EQ(FrameDragAt(-1, 100, 300, 300, kTitle), FrameDrag::None);
+  EXPECT_EQ(FrameDragAt(100, 300, 300, 300, kTitle), FrameDrag::None);
+}
+
+TEST(BoxFrameDrag, ResizingKeepsTheOppositeEdge) {
+  const FrameBox start{100, 50, 300, 300};
+  const FrameBox left = DraggedFrame(FrameDrag::LeftEdge, start, -40, 25);
+  EXPECT_EQ(left.x, 60);
+  EXPECT_EQ(left.x + left.width, 400);
+  EXPECT_EQ(left.height, 300);
+  EXPECT_EQ(left.y, 50);
+
+  const FrameBox corner = DraggedFrame(FrameDrag::BottomLeft, start, 30, 40);
+  EXPECT_EQ(corner.x + corner.width, 400);
+  EXPECT_EQ(corner.width, 270);
+  EXPECT_EQ(corner.height, 340);
+
+  const FrameBox right = DraggedFrame(FrameDrag::BottomRight, start, 20, -10);
+  EXPECT_EQ(right.x, 100);
+  EXPECT_EQ(right.width, 320);
+  EXPECT_EQ(right.height, 290);
+
+  const FrameBox bottom = DraggedFrame(FrameDrag::BottomEdge, start, 77, 5);
+  EXPECT_EQ(bottom.width, 300);
+  EXPECT_EQ(bottom.height, 305);
+
+  const FrameBox moved = DraggedFrame(FrameDrag::Move, start, -30, 12);
+  EXPECT_EQ(moved.x, 70);
+  EXPECT_EQ(moved.y, 62);
+  EXPECT_EQ(moved.width, 300);
+}
+
+TEST(BoxFrameDrag, NeverBelowTheMinimumSize) {
+  const FrameBox start{100, 50, 300, 300};
+  const FrameBox left = DraggedFrame(FrameDrag::LeftEdge, start, 1000, 0);
+  EXPECT_EQ(left.width, kBoxMinWidth);
+  EXPECT_EQ(left.x + left.width, 400);  // the right edge still stays
+  const FrameBox corner = DraggedFrame(FrameDrag::BottomRight, start, -1000, -1000);
+  EXPECT_EQ(corner.width, kBoxMinWidth);
+  EXPECT_EQ(corner.height, kBoxMinHeight);
+}
+
+TEST(BoxFrameLayout, AreaAndButtonsFollowTheSize) {
+  const FrameBox area = BoxAreaRect(300, 300, kTitle);
+  EXPECT_EQ(area.x, 6);
+  EXPECT_EQ(area.y, kTitle + 6);
+  EXPECT_EQ(area.width, 288);
+  EXPECT_EQ(area.height, 288 - kTitle);
+  const FrameBox close = BoxCloseButtonRect(400, 22);
+  const FrameBox rename = BoxRenameButtonRect(400, 22);
+  EXPECT_EQ(close.x + close.width, 400 - kBoxBorder);
+  EXPECT_LT(rename.x + rename.width, close.x);
+  EXPECT_LE(close.y + close.height, kTitle);
+}
+
+TEST(PreviewSize, FitsTheModelBox) {
+  auto is = [](PictureSize s, int w, int h) { return s.width == w && s.height == h; };
+  EXPECT_TRUE(is(PreviewSizeFor(480, 360), 240, 180));
+  EXPECT_TRUE(is(PreviewSizeFor(300, 300), 180, 180));
+  EXPECT_TRUE(is(PreviewSizeFor(800, 200), 240, 60));
+  EXPECT_TRUE(is(PreviewSizeFor(100, 400), 45, 180));
+  EXPECT_TRUE(is(PreviewSizeFor(120, 90), 240, 180));  // small pictures are enlarged
+  EXPECT_TRUE(is(PreviewSizeFor(0, 0), 240, 180));     // no picture
+  EXPECT_TRUE(is(PreviewSizeFor(7, 3), 240, 102));     // truncated, not rounded
+}
+
+TEST(ViewerSize, FillsTheScreenWidthUnlessTooTall) {
+  auto is = [](PictureSize s, int w, int h) { return s.width == w && s.height == h; };
+  EXPECT_TRUE(is(ViewerSizeFor(1024, 768, 640, 480), 1024, 768));
+  EXPECT_TRUE(is(ViewerSizeFor(1024, 768, 800, 400), 1024, 512));
+  EXPECT_TRUE(is(ViewerSizeFor(1024, 768, 400, 800), 384, 768));
+  EXPECT_TRUE(is(ViewerSizeFor(1024, 768, 0, 10), 0, 0));
+}
+
+TEST(ScalePicture, HalvesAnEightBitPictureKeepingColours) {
+  PackedDib source;
+  ASSERT_TRUE(source.Allocate(4, 2));
+  DibColours(source.get())[7] = RgbQuad{1, 2, 3, 0};
+  DibHeader(source.get())->biClrUsed = 256;
+  for (int y = 0; y < 2; ++y) {
+    for (int x = 0; x < 4; ++x) *ImagePixel(source.get(), x, y) = static_cast<std::uint8_t>(10 * y + x);
+  }
+  PackedDib small;
+  ASSERT_TRUE(ScalePicture(source.get(), 2, 1, small));
+  EXPECT_EQ(ImageWidth(small.get()), 2);
+  EXPECT_EQ(ImageHeight(small.get()), 1);
+  EXPECT_EQ(ImageBitCount(small.get()), 8);
+  EXPECT_EQ(*ImagePixel(small.get(), 0, 0), 0);
+  EXPECT_EQ(*ImagePixel(small.get(), 1, 0), 2);
+  EXPECT_EQ(DibColours(small.get())[7].rgbGreen, 2);
+}
+
+TEST(ScalePicture, RefusesBadInputLeavingTheTargetAlone) {
+  PackedDib source;
+  ASSERT_TRUE(source.Allocate(4, 4));
+  PackedDib out;
+  ASSERT_TRUE(out.Allocate(3, 3));
+  HIMAGE before = out.get();
+  EXPECT_FALSE(ScalePicture(nullptr, 2, 2, out));
+  EXPECT_FALSE(ScalePicture(source.get(), 0, 2, out));
+  DibHeader(source.get())->biBitCount = 4;
+  EXPECT_FALSE(ScalePicture(source.get(), 2, 2, out));
+  EXPECT_EQ(out.get(), before);
+}
+
+}  // namespace
+}  // namespace qv

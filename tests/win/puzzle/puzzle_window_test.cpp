@@ -1,0 +1,491 @@
+// The puzzle's windows with the game's resource file and a real picture: dropping pieces into
+// boxes, box buttons, frame resizing, the texture screen, the preview and the picture viewer.
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+#include "graphics/control_dc.h"
+#include "graphics/himage_ops.h"
+#include "graphics/resource_file.h"
+#include "puzzle/compose.h"
+#include "puzzle/frame_logic.h"
+#include "puzzle/play.h"
+#include "puzzle/puzzle_model.h"
+#include "puzzle/puzzle_windows.h"
+#include "puzzle/puzzle_windows_internal.h"
+#include "shell/app.h"
+#include "widgets/widget_classes.h"
+
+namespace qv::test {
+namespace {
+
+// ---- Data and input ------------------------------------------------------------------------
+
+std::string DataPath(const char* name) {
+  std::string folder = QV_PUZZLE_TEST_DATA;
+  if (const char* custom = std::getenv("QV_PUZZLE_DATA")) folder = custom;
+  if (!folder.empty() && folder[0] == '/') folder = "Z:" + folder;  // Wine's view of the Unix root
+  return folder + "/" + name;
+}
+
+void Pump(int ms) {
+  const DWORD end = GetTickCount() + static_cast<DWORD>(ms);
+  MSG message;
+  do {
+    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
+      if (OfferChildChar(message)) continue;
+      TranslateMessage(&message);
+      DispatchMessageA(&message);
+    }
+    Sleep(2);
+  } while (static_cast<LONG>(end - GetTickCount()) > 0);
+}
+
+bool UnderWine() {
+  HMODULE ntdll = GetModuleHandleA("ntdll.dll");
+  return ntdll && GetProcAddress(ntdll, "wine_get_version") != nullptr;
+}
+
+// Under Wine the pointer is driven through the X server as a real mouse drives it; Wine's own
+// warps report the old place once more after the new one.
+bool Xdotool(const char* arguments) {
+  static const bool available =
+      UnderWine() && GetFileAttributesA("Z:\\usr\\bin\\xdotool") != INVALID_FILE_ATTRIBUTES;
+  if (!available) return false;
+  char command[160];
+  std::snprintf(command, sizeof command, "/usr/bin/xdotool %s", arguments);
+  STARTUPINFOA startup{};
+  startup.cb = sizeof startup;
+  PROCESS_INFORMATION process{};
+  if (!CreateProcessA(nullptr, command, nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
+                      &process)) {
+    return false;
+  }
+  CloseHandle(process.hThread);
+  CloseHandle(process.hProcess);
+  return true;
+}
+
+template <class Condition>
+bool PumpUntil(Condition&& done) {
+  const DWORD start = GetTickCount();
+  while (!done()) {
+    if (GetTickCount() - start > 1500) return false;
+    Pump(5);
+  }
+  Pump(30);
+  return true;
+}
+
+void SendMouse(DWORD flags) {
+  INPUT input{};
+  input.type = INPUT_MOUSE;
+  input.mi.dwFlags = flags;
+  SendInput(1, &input, sizeof input);
+}
+
+void MoveTo(POINT p) {
+  char arguments[64];
+  std::snprintf(arguments, sizeof arguments, "mousemove %ld %ld", p.x, p.y);
+  if (!Xdotool(arguments)) {
+    SetCursorPos(p.x, p.y);
+    SendMouse(MOUSEEVENTF_MOVE);
+  }
+  EXPECT_TRUE(PumpUntil([&] {
+    POINT now{-1, -1};
+    return GetCursorPos(&now) && now.x == p.x && now.y == p.y;
+  })) << "the pointer did not reach " << p.x << "," << p.y;
+}
+
+bool LeftHeld() { return (GetAsyncKeyState(VK_LBUTTON) & 0x8000) != 0; }
+
+void LeftDown() {
+  if (!Xdotool("mousedown 1")) SendMouse(MOUSEEVENTF_LEFTDOWN);
+  PumpUntil([] { return LeftHeld(); });
+}
+
+void LeftUp() {
+  if (!Xdotool("mouseup 1")) SendMouse(MOUSEEVENTF_LEFTUP);
+  PumpUntil([] { return !LeftHeld(); });
+}
+
+// Presses at one point of the screen, moves in a few steps and releases at another.
+void Drag(POINT from, POINT to) {
+  MoveTo(from);
+  LeftDown();
+  for (int step = 1; step <= 3; ++step) {
+    MoveTo(POINT{from.x + (to.x - from.x) * step / 3, from.y + (to.y - from.y) * step / 3});
+  }
+  LeftUp();
+  Pump(60);
+}
+
+void Click(POINT at) {
+  MoveTo(at);
+  LeftDown();
+  LeftUp();
+  Pump(60);
+}
+
+POINT OnScreen(HWND window, int x, int y) {
+  POINT p{x, y};
+  ClientToScreen(window, &p);
+  return p;
+}
+
+SIZE WindowSize(HWND window) {
+  RECT r;
+  GetWindowRect(window, &r);
+  return SIZE{r.right - r.left, r.bottom - r.top};
+}
+
+void ShowFrame(HWND frame) {
+  SetWindowPos(frame, HWND_TOP, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOMOVE | SWP_SHOWWINDOW);
+  UpdateWindow(frame);
+  Pump(50);
+}
+
+// ---- The program around the puzzle windows ---------------------------------------------------
+
+LRESULT CALLBACK MainProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  return DefWindowProcA(window, message, wParam, lParam);
+}
+
+ControlDC g_buttonImages[kBoxCount];
+
+class PuzzleEnvironment : public ::testing::Environment {
+ public:
+  void SetUp() override {
+    HINSTANCE instance = GetModuleHandleA(nullptr);
+    ASSERT_TRUE(OpenResourceFile(DataPath("Quorvex.rf").c_str())) << DataPath("Quorvex.rf");
+    ASSERT_TRUE(RegisterWidgetClasses(instance));
+    ASSERT_TRUE(RegisterMessageBoxClass(instance));
+    ASSERT_TRUE(RegisterPuzzleWindowClasses(instance));
+    WNDCLASSA c{};
+    c.lpfnWndProc = MainProc;
+    c.hInstance = instance;
+    c.hCursor = LoadCursorA(nullptr, IDC_ARROW);
+    c.hbrBackground = static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH));
+    c.lpszClassName = "QvPuzzleTestMain";
+    ASSERT_TRUE(RegisterClassA(&c));
+    HWND main = CreateWindowExA(0, "QvPuzzleTestMain", "Quorvex",
+                                WS_POPUP | WS_VISIBLE | WS_CLIPCHILDREN, 0, 0, ScreenWidth(),
+                                ScreenHeight(), nullptr, nullptr, instance, nullptr);
+    ASSERT_TRUE(main);
+    SetMainWindow(main);
+    for (int i = 0; i < kBoxCount; ++i) {
+      ASSERT_TRUE(g_buttonImages[i].LoadById(200 + static_cast<std::uint32_t>(i)));
+      HWND button = CreateWindowExA(0, kBoxCommandClass, "", WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS,
+                                    ScreenWidth() - 25, ScreenHeight() / 2 - 112 + 46 * i, 50, 50,
+                                    main, reinterpret_cast<HMENU>(static_cast<INT_PTR>(100 + i)),
+                                    instance, nullptr);
+      SendMessageA(button, MWM_SETIMAGE, 0, reinterpret_cast<LPARAM>(g_buttonImages[i].Dib()));
+      SetBoxButton(i, button);
+    }
+    SetBoardSize(ScreenWidth() - 49 - 25, ScreenHeight() - 78 - 25);
+    ASSERT_TRUE(SetTableTextureIndex(0));
+    SetEngineHooks(PuzzleWindowHooks());
+    ASSERT_TRUE(CreateBoxWindows(main));
+    ASSERT_TRUE(CreatePreviewWindow(main));
+    SetWindowTextA(PreviewWindow(), "Preview");
+
+    ASSERT_TRUE(LoadPuzzlePicture(DataPath("Image/1.bmp").c_str()));
+    Puzzle().NR = 3;
+    Puzzle().NC = 4;
+    ASSERT_TRUE(ShowPuzzle(2, 2, 5000));
+    ASSERT_TRUE(CreateBoardWindow(main));
+    Pump(100);
+  }
+  void TearDown() override {
+    if (MainWindow()) DestroyWindow(MainWindow());
+    ShutdownEngine();
+  }
+};
+
+const auto* const g_environment = ::testing::AddGlobalTestEnvironment(new PuzzleEnvironment);
+
+HWND BoxArea(int box) { return GetDlgItem(BoxWindow(box), 100 + box); }
+
+// The screen point of a piece of the area that a press there picks (its cell's centre, the
+// piece being the topmost there).
+bool PickablePiece(int area, HWND window, POINT* screen) {
+  const EstadoPuzzle& p = Puzzle();
+  const std::uint32_t* slice = AreaSlice(area);
+  for (std::int32_t i = 0; i < AreaPieceCount(area); ++i) {
+    const Pieza& piece = p.pieces[slice[i]];
+    const EnginePoint centre{piece.x + p.W / 2, piece.y + p.H / 2};
+    RECT client;
+    GetClientRect(window, &client);
+    if (centre.x < 2 || centre.y < 2 || centre.x >= client.right - 2 || centre.y >= client.bottom - 2) {
+      continue;
+    }
+    if (HitTest(area, centre) == i) {
+      *screen = OnScreen(window, centre.x, centre.y);
+      if (WindowFromPoint(*screen) == window) return true;
+    }
+  }
+  return false;
+}
+
+// Whether a button shows the same picture as resource-file image `id`.
+bool ButtonShows(HWND button, std::uint32_t id) {
+  HIMAGE shown = reinterpret_cast<HIMAGE>(SendMessageA(button, MWM_GETIMAGE, 0, 0));
+  ControlDC expected;
+  if (!shown || !expected.LoadById(id)) return false;
+  HIMAGE e = expected.Dib();
+  if (ImageWidth(shown) != ImageWidth(e) || ImageHeight(shown) != ImageHeight(e)) return false;
+  return std::memcmp(DibPixels(shown), DibPixels(e),
+                     static_cast<std::size_t>(ImageStride(e) * ImageHeight(e))) == 0;
+}
+
+// ---- Tests -------------------------------------------------------------------------------------
+
+TEST(PuzzleBoard, CutsOnItsFirstSizeAtItsPlace) {
+  HWND board = BoardWindow();
+  ASSERT_TRUE(board);
+  EXPECT_TRUE(PuzzleAbierto());
+  EXPECT_EQ(AreaPieceCount(AREA_TABLERO), 12);
+  RECT r;
+  GetWindowRect(board, &r);
+  EXPECT_EQ(r.left, kBoardLeft);
+  EXPECT_EQ(r.top, kBoardTop);
+  EXPECT_EQ(r.right - r.left, ScreenWidth() - 74);
+  EXPECT_EQ(GetDlgCtrlID(board), kBoardControlId);
+  const AreaSurface* surface = GetAreaSurface(AREA_TABLERO);
+  ASSERT_TRUE(surface);
+  EXPECT_EQ(surface->width, r.right - r.left);
+  EXPECT_EQ(surface->height, r.bottom - r.top);
+}
+
+TEST(PieceBoxes, DropOnTheBoxButtonFillsTheBoxAndItsPicture) {
+  ASSERT_TRUE(ButtonShows(BoxButton(0), 200));
+  POINT from;
+  ASSERT_TRUE(PickablePiece(AREA_TABLERO, BoardWindow(), &from));
+  RECT button;
+  GetWindowRect(BoxButton(0), &button);
+  Drag(from, POINT{button.left + 12, button.top + 25});
+  EXPECT_EQ(DragMode(), 0);
+  EXPECT_EQ(AreaPieceCount(0), 1);
+  EXPECT_EQ(AreaPieceCount(AREA_TABLERO), 11);
+  EXPECT_TRUE(ButtonShows(BoxButton(0), 600));
+  // The piece lies at the box's centre.
+  const Pieza& piece = Puzzle().pieces[AreaSlice(0)[0]];
+  RECT area;
+  GetClientRect(BoxArea(0), &area);
+  EXPECT_EQ(piece.x, (area.right - Puzzle().W) / 2);
+  EXPECT_EQ(piece.y, (area.bottom - Puzzle().H) / 2);
+}
+
+TEST(PieceBoxes, TakingTheLastPieceOutEmptiesTheButton) {
+  ASSERT_EQ(AreaPieceCount(0), 1);
+  ShowFrame(BoxWindow(0));
+  POINT from;
+  ASSERT_TRUE(PickablePiece(0, BoxArea(0), &from));
+  Drag(from, OnScreen(BoardWindow(), 700, 150));
+  EXPECT_EQ(AreaPieceCount(0), 0);
+  EXPECT_EQ(AreaPieceCount(AREA_TABLERO), 12);
+  EXPECT_TRUE(ButtonShows(BoxButton(0), 200));
+  SendMessageA(BoxWindow(0), WM_CLOSE, 0, 0);
+}
+
+TEST(PieceBoxes, DropOnTheFrameFillsTheBoxAndClosingKeepsIt) {
+  HWND frame = BoxWindow(1);
+  ShowFrame(frame);
+  POINT from;
+  ASSERT_TRUE(PickablePiece(AREA_TABLERO, BoardWindow(), &from));
+  const POINT to = OnScreen(frame, 100, 10);
+  ASSERT_EQ(WindowFromPoint(to), frame);
+  Drag(from, to);
+  EXPECT_EQ(AreaPieceCount(1), 1);
+  EXPECT_TRUE(ButtonShows(BoxButton(1), 601));
+  SendMessageA(frame, WM_CLOSE, 0, 0);
+  EXPECT_TRUE(IsWindow(frame));
+  EXPECT_FALSE(IsWindowVisible(frame));
+  EXPECT_EQ(AreaPieceCount(1), 1);
+}
+
+TEST(PieceBoxes, NamesAreKeptAndCut) {
+  char name[64] = {};
+  GetWindowTextA(BoxWindow(2), name, sizeof name);
+  EXPECT_STREQ(name, "Box3 ");
+  SetWindowTextA(BoxWindow(2), "Tools");
+  GetWindowTextA(BoxWindow(2), name, sizeof name);
+  EXPECT_STREQ(name, "Tools");
+  SetWindowTextA(BoxWindow(2), std::string(60, 'x').c_str());
+  EXPECT_EQ(GetWindowTextA(BoxWindow(2), name, sizeof name), 39);
+  SetWindowTextA(BoxWindow(2), "Box3 ");
+}
+
+TEST(PieceBoxes, PressPointChoosesMoveOrResize) {
+  HWND frame = BoxWindow(2);
+  ShowFrame(frame);
+  RECT before;
+  GetWindowRect(frame, &before);
+  ASSERT_EQ(before.right - before.left, 300);
+
+  Drag(OnScreen(frame, 298, 298), OnScreen(frame, 338, 328));  // bottom-right corner
+  EXPECT_EQ(WindowSize(frame).cx, 340);
+  EXPECT_EQ(WindowSize(frame).cy, 330);
+  RECT area;
+  GetClientRect(BoxArea(2), &area);
+  EXPECT_EQ(area.right, 340 - 12);
+  EXPECT_EQ(area.bottom, 330 - 24 - 12);
+
+  RECT now;
+  GetWindowRect(frame, &now);
+  Drag(OnScreen(frame, 2, 150), OnScreen(frame, -28, 150));  // left edge: the right one stays
+  RECT left;
+  GetWindowRect(frame, &left);
+  EXPECT_EQ(left.left, now.left - 30);
+  EXPECT_EQ(left.right, now.right);
+  EXPECT_EQ(left.bottom, now.bottom);
+
+  Drag(OnScreen(frame, 150, 327), OnScreen(frame, 150, 337));  // middle of the bottom edge
+  EXPECT_EQ(WindowSize(frame).cy, 340);
+  EXPECT_EQ(WindowSize(frame).cx, 370);
+
+  Drag(OnScreen(frame, 120, 8), OnScreen(frame, 140, 23));  // title strip: moves
+  RECT moved;
+  GetWindowRect(frame, &moved);
+  EXPECT_EQ(moved.left, left.left + 20);
+  EXPECT_EQ(moved.top, left.top + 15);
+  EXPECT_EQ(WindowSize(frame).cx, 370);
+
+  Drag(OnScreen(frame, 368, 338), OnScreen(frame, 100, 60));  // far below the minimum
+  EXPECT_EQ(WindowSize(frame).cx, kBoxMinWidth);
+  EXPECT_EQ(WindowSize(frame).cy, kBoxMinHeight);
+  SetWindowPos(frame, nullptr, before.left, before.top, 300, 300, SWP_NOZORDER | SWP_NOACTIVATE);
+  SendMessageA(frame, WM_CLOSE, 0, 0);
+}
+
+// With QV_PUZZLE_SHOT_MS set, holds the board with an open box on screen for a screenshot.
+TEST(BoardWithBox, HoldsForAScreenshotWhenAsked) {
+  const char* hold = std::getenv("QV_PUZZLE_SHOT_MS");
+  if (!hold) GTEST_SKIP() << "QV_PUZZLE_SHOT_MS not set";
+  ShowFrame(BoxWindow(1));
+  ShowPreview();
+  Pump(std::atoi(hold));
+  SendMessageA(BoxWindow(1), WM_CLOSE, 0, 0);
+  HideAllBoxesBut(nullptr);
+}
+
+HWND ChildAt(HWND parent, int x, int y) {
+  return ChildWindowFromPointEx(parent, POINT{x, y}, CWP_SKIPINVISIBLE);
+}
+
+TEST(MosaicScreen, NextFromTheLastTextureWrapsToTheFirst) {
+  ASSERT_TRUE(SetTableTextureIndex(9));
+  const AreaSurface* board = GetAreaSurface(AREA_TABLERO);
+  const AreaSurface* box = GetAreaSurface(3);
+  ASSERT_TRUE(board && box);
+  // Top rows of the board and of an empty box hold only the table.
+  auto topLeft = [](const AreaSurface* s) {
+    const std::uint8_t* p = s->bits.data() + static_cast<std::ptrdiff_t>(s->height - 2) * s->stride + 3;
+    return std::string(reinterpret_cast<const char*>(p), 30);
+  };
+  const std::string boardBefore = topLeft(board);
+  const std::string boxBefore = topLeft(box);
+
+  HWND screen = OpenMosaicScreen(MainWindow());
+  ASSERT_TRUE(screen);
+  Pump(50);
+  EXPECT_FALSE(IsWindowEnabled(MainWindow()));
+  HWND next = ChildAt(screen, 135 + 25, 264 + 25);
+  HWND preview = ChildAt(screen, 116 + 10, 110 + 10);
+  HWND scrollBar = ChildAt(screen, 236 + 10, 83 + 10);
+  ASSERT_TRUE(next && preview && scrollBar);
+  ASSERT_NE(next, screen);
+  EXPECT_EQ(SendMessageA(scrollBar, scroll::MWM_GETVALUE, 0, 0), -9);
+  EXPECT_EQ(SendMessageA(preview, anim::MWM_GETFRAME, 0, 0), 9);
+
+  Click(OnScreen(next, 25, 25));
+  EXPECT_EQ(TableTextureIndex(), 0);
+  EXPECT_EQ(SendMessageA(scrollBar, scroll::MWM_GETVALUE, 0, 0), 0);
+  EXPECT_EQ(SendMessageA(preview, anim::MWM_GETFRAME, 0, 0), 0);
+  EXPECT_NE(topLeft(GetAreaSurface(AREA_TABLERO)), boardBefore);
+  EXPECT_NE(topLeft(GetAreaSurface(3)), boxBefore);
+  if (const char* hold = std::getenv("QV_PUZZLE_SHOT_MS")) Pump(std::atoi(hold));
+
+  SendMessageA(screen, WM_CLOSE, 0, 0);
+  Pump(30);
+  EXPECT_FALSE(IsWindow(screen));
+  EXPECT_TRUE(IsWindowEnabled(MainWindow()));
+}
+
+TEST(PictureViewer, RefusesAFileItCannotRead) {
+  EXPECT_FALSE(OpenPictureViewer(MainWindow(), "Z:/no/such/picture.bmp"));
+  char folder[MAX_PATH];
+  GetTempPathA(MAX_PATH, folder);
+  const std::string junk = std::string(folder) + "qv_not_a_picture.bmp";
+  if (FILE* f = std::fopen(junk.c_str(), "wb")) {
+    std::fputs("BM this is not a bitmap at all", f);
+    std::fclose(f);
+  }
+  EXPECT_FALSE(OpenPictureViewer(MainWindow(), junk.c_str()));
+  std::remove(junk.c_str());
+  EXPECT_TRUE(IsWindowEnabled(MainWindow()));
+  EXPECT_FALSE(FindWindowA(puzzle_win::kViewerClass, nullptr));
+}
+
+TEST(PictureViewer, ShowsAPictureUntilAKey) {
+  ASSERT_TRUE(OpenPictureViewer(MainWindow(), DataPath("Image/2.bmp").c_str()));
+  Pump(50);
+  HWND viewer = FindWindowA(puzzle_win::kViewerClass, nullptr);
+  ASSERT_TRUE(viewer);
+  EXPECT_FALSE(IsWindowEnabled(MainWindow()));
+  EXPECT_EQ(WindowSize(viewer).cx, ScreenWidth());
+  PostMessageA(viewer, WM_CHAR, 'x', 0);
+  Pump(50);
+  EXPECT_FALSE(IsWindow(viewer));
+  EXPECT_TRUE(IsWindowEnabled(MainWindow()));
+}
+
+TEST(PicturePreview, SizeFollowsThePictureAndCloseHidesIt) {
+  HWND preview = PreviewWindow();
+  ASSERT_TRUE(preview);
+  HIMAGE picture = PuzzlePicture();
+  ASSERT_TRUE(picture);
+  const PictureSize fitted = PreviewSizeFor(ImageWidth(picture), ImageHeight(picture));
+  EXPECT_EQ(WindowSize(preview).cx, fitted.width + 8);
+  EXPECT_EQ(WindowSize(preview).cy, fitted.height + 39);
+
+  PackedDib wide;
+  ASSERT_TRUE(wide.Allocate(480, 360));
+  ASSERT_TRUE(SetPuzzlePicture(std::move(wide), nullptr));
+  ActualizarPreview();
+  EXPECT_EQ(WindowSize(preview).cx, 248);
+  EXPECT_EQ(WindowSize(preview).cy, 219);
+  EXPECT_FALSE(IsWindowVisible(preview));
+
+  PackedDib square;
+  ASSERT_TRUE(square.Allocate(300, 300));
+  ASSERT_TRUE(SetPuzzlePicture(std::move(square), nullptr));
+  ActualizarPreview();
+  EXPECT_EQ(WindowSize(preview).cx, 188);
+  EXPECT_EQ(WindowSize(preview).cy, 219);
+
+  ShowPreview();
+  Pump(30);
+  EXPECT_TRUE(IsWindowVisible(preview));
+  HWND close = GetDlgItem(preview, 10);
+  ASSERT_TRUE(close);
+  RECT r;
+  GetWindowRect(close, &r);
+  RECT frame;
+  GetWindowRect(preview, &frame);
+  EXPECT_EQ(r.left - frame.left, 180 - 22);  // the close button follows the picture's width
+  Click(POINT{(r.left + r.right) / 2, (r.top + r.bottom) / 2});
+  EXPECT_FALSE(IsWindowVisible(preview));
+
+  CerrarPuzzle(true);  // the preview goes back to the empty model box
+  EXPECT_EQ(WindowSize(preview).cx, 248);
+  EXPECT_EQ(WindowSize(preview).cy, 219);
+}
+
+}  // namespace
+}  // namespace qv::test
