@@ -267,14 +267,14 @@ void TitlePlaque(cairo_t* cr, double w, double h) {
   const double size = h * 0.19;
   cairo_set_font_size(cr, size);
   cairo_text_extents_t e;
-  cairo_text_extents(cr, "PUZZLE", &e);
+  cairo_text_extents(cr, "Puzzle", &e);
   const double baseline = h * 0.83, x = w / 2 - e.width / 2 - e.x_bearing;
   SetShade(cr, ui::kShadow, 0.85);
   cairo_move_to(cr, x + 1.5, baseline + 1.5);
-  cairo_show_text(cr, "PUZZLE");
+  cairo_show_text(cr, "Puzzle");
   SetShade(cr, ui::kCream);
   cairo_move_to(cr, x, baseline);
-  cairo_show_text(cr, "PUZZLE");
+  cairo_show_text(cr, "Puzzle");
   const double mid = baseline + e.y_bearing / 2;
   for (int side = -1; side <= 1; side += 2) {
     const double inner = w / 2 + side * (e.width / 2 + 8), outer = w / 2 + side * (w * 0.40);
