@@ -2,11 +2,11 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <cstring>
 #include <string>
 #include <vector>
 
 #include "assets/avi_file.h"
+#include "assets/quantize.h"
 #include "assets/video_clips.h"
 
 namespace qv::assets {
@@ -152,6 +152,26 @@ TEST(AviFile, RefusesClipsItCannotWriteAndLeavesTheOutputAlone) {
   EXPECT_FALSE(EncodeAvi(clip, out, error));
   EXPECT_EQ(out, (std::vector<std::uint8_t>{1, 2, 3}));
   EXPECT_FALSE(error.empty());
+}
+
+// Two frames of different colours: the palette must hold the colours of both, since a clip
+// carries one palette for all its frames.
+TEST(VideoClips, FramesShareOnePaletteThatHoldsEveryFramesColours) {
+  RgbImage red(8, 4), blue(8, 4);
+  for (Rgb& c : red.pixels) c = {200, 30, 20};
+  for (Rgb& c : blue.pixels) c = {10, 40, 210};
+  blue.at(3, 2) = {250, 250, 250};
+  std::vector<Image8> out;
+  std::string error;
+  ASSERT_TRUE(ReduceFramesToOnePalette({red, blue}, 0.35, out, error)) << error;
+  ASSERT_EQ(out.size(), 2u);
+  EXPECT_EQ(out[0].palette, out[1].palette);
+  EXPECT_EQ(out[0].colour(5, 1), (Rgb{200, 30, 20}));
+  EXPECT_EQ(out[1].colour(5, 1), (Rgb{10, 40, 210}));
+  EXPECT_EQ(out[1].colour(3, 2), (Rgb{250, 250, 250}));
+  EXPECT_FALSE(ReduceFramesToOnePalette({red, RgbImage(4, 4)}, 0.35, out, error));
+  EXPECT_FALSE(ReduceFramesToOnePalette({}, 0.35, out, error));
+  EXPECT_EQ(out.size(), 2u);  // a refusal leaves the earlier result alone
 }
 
 TEST(VideoClips, FitTheirPlacesAndStayUnderTwentyMegabytesTogether) {
