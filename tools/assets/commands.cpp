@@ -1,8 +1,10 @@
 // The asset tool's commands, each a whole job from its inputs to its files on disk.
 #include "assets/commands.h"
 
+#include <algorithm>
 #include <vector>
 
+#include "assets/avi_file.h"
 #include "assets/bmp_file.h"
 #include "assets/catalogue.h"
 #include "assets/die_mask.h"
@@ -13,6 +15,7 @@
 #include "assets/sounds.h"
 #include "assets/textures.h"
 #include "assets/ui_previews.h"
+#include "assets/video_clips.h"
 #include "assets/win_icons.h"
 
 namespace qv::assets {
@@ -57,6 +60,37 @@ bool CommandModuleResources(const std::string& outFolder, std::string& error) {
          WriteFileReplacing(outFolder + "/join.wav", EncodeWave(JoinSound()), error) &&
          WriteFileReplacing(outFolder + "/drop.cur", MakeDropCursorFile(), error) &&
          WriteFileReplacing(outFolder + "/quorvex.ico", MakeIconFile(), error);
+}
+
+bool CommandVideo(const std::string& outFolder, const std::string& previewFolder, std::string& error) {
+  // All three are made before the first is written, as with the pictures.
+  std::vector<AviClip> clips(kVideoClipCount);
+  std::vector<std::vector<std::uint8_t>> files(kVideoClipCount);
+  for (int k = 0; k < kVideoClipCount; ++k) {
+    if (!MakeVideoClip(k, clips[k], error) || !EncodeAvi(clips[k], files[k], error)) {
+      error = "clip " + std::to_string(k) + ": " + error;
+      return false;
+    }
+  }
+  for (int k = 0; k < kVideoClipCount; ++k) {
+    if (!WriteFileReplacing(outFolder + "/Video/" + std::to_string(k) + ".avi", files[k], error)) return false;
+  }
+  if (previewFolder.empty()) return true;
+  for (int k = 0; k < kVideoClipCount; ++k) {
+    const AviClip& clip = clips[k];
+    std::vector<RgbImage> shown;
+    const int step = std::max(1, clip.framesPerSecond / 2);
+    for (std::size_t i = 0; i < clip.frames.size(); i += step) {
+      Image8 frame(clip.width, clip.height);
+      frame.palette = clip.palette;
+      frame.pixels = clip.frames[i];
+      shown.push_back(Expand(frame));
+    }
+    if (!WritePng(ContactSheet(shown, 4, 4), previewFolder + "/clip-" + std::to_string(k) + ".png", error)) {
+      return false;
+    }
+  }
+  return true;
 }
 
 namespace {

@@ -16,6 +16,10 @@ bool CommandPictures(const std::string& rccFolder, const std::string& outFolder,
 // hover.wav, click.wav, join.wav, drop.cur and quorvex.ico for the module's resources.
 bool CommandModuleResources(const std::string& outFolder, std::string& error);
 
+// Video/0.avi, 1.avi and 2.avi. With a preview folder, also a PNG contact print of every clip
+// (a frame in each half second, after the colour reduction) to look at.
+bool CommandVideo(const std::string& outFolder, const std::string& previewFolder, std::string& error);
+
 // PNG contact prints of the dies, textures and (when the bundles are there) pictures.
 bool CommandPreviews(const std::string& outFolder, const std::string& rccFolder, std::string& error);
 

@@ -16,6 +16,7 @@ void Usage() {
                "  qv_assets pictures RCC_FOLDER OUT_FOLDER   Image\\1.bmp ... 15.bmp and CREDITS.txt\n"
                "  qv_assets data RCC_FOLDER OUT_FOLDER      both of the above into one folder\n"
                "  qv_assets module OUT_FOLDER            sounds, cursor and icon for the .rc\n"
+               "  qv_assets video OUT_FOLDER [PREVIEW_FOLDER]   Video\\0.avi, 1.avi, 2.avi (and PNG prints)\n"
                "  qv_assets previews OUT_FOLDER [RCC_FOLDER]  PNG contact prints to look at\n");
 }
 
@@ -39,6 +40,8 @@ int main(int argc, char** argv) {
          qv::assets::CommandPictures(args[1], args[2], error);
   } else if (command == "module" && args.size() == 2) {
     ok = qv::assets::CommandModuleResources(args[1], error);
+  } else if (command == "video" && (args.size() == 2 || args.size() == 3)) {
+    ok = qv::assets::CommandVideo(args[1], args.size() == 3 ? args[2] : "", error);
   } else if (command == "previews" && (args.size() == 2 || args.size() == 3)) {
     ok = qv::assets::CommandPreviews(args[1], args.size() == 3 ? args[2] : "", error);
   } else {

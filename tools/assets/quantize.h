@@ -16,4 +16,10 @@ namespace qv::assets {
 bool ReduceTo256Colours(const RgbImage& picture, double dithering, Image8& out, std::string& error,
                         const std::vector<Rgb>& fixed = {}, int speed = 3);
 
+// One palette for a whole sequence of pictures of the same size (the frames of a clip), found
+// from all of them together, and every picture mapped to it. A shared palette keeps colours
+// from jumping between frames and lets a player realise it once.
+bool ReduceFramesToOnePalette(const std::vector<RgbImage>& frames, double dithering,
+                              std::vector<Image8>& out, std::string& error, int speed = 3);
+
 }  // namespace qv::assets
