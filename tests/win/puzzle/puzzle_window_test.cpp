@@ -369,7 +369,16 @@ TEST(BoardWithBox, HoldsForAScreenshotWhenAsked) {
   if (!hold) GTEST_SKIP() << "QV_PUZZLE_SHOT_MS not set";
   ShowFrame(BoxWindow(1));
   ShowPreview();
-  Pump(std::atoi(hold));
+  Pump(std::atoi(hold) / 2);
+  // Then a piece held half-way through a drag.
+  POINT from;
+  ASSERT_TRUE(PickablePiece(AREA_TABLERO, BoardWindow(), &from));
+  MoveTo(from);
+  LeftDown();
+  MoveTo(POINT{from.x + 90, from.y - 150});
+  MoveTo(POINT{from.x + 180, from.y - 300});
+  Pump(std::atoi(hold) / 2);
+  LeftUp();
   SendMessageA(BoxWindow(1), WM_CLOSE, 0, 0);
   HideAllBoxesBut(nullptr);
 }
