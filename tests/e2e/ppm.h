@@ -21,6 +21,9 @@ struct Difference {
   long differing = 0;
   int largest = 0;
 };
+// Expected pixels of this colour are not compared: a window of the program lies over them.
+constexpr std::uint8_t kUnchecked[3] = {255, 0, 255};
+
 // Pixels whose any channel differs by more than the tolerance; sizes must agree.
 Difference CompareImages(const Rgb24& a, const Rgb24& b, int tolerance);
 

@@ -35,7 +35,13 @@ exec xvfb-run -a -s "-screen 0 ${size}x${depth}" bash -c '
   wineserver -p
   wine cmd.exe /c exit >/dev/null 2>&1 </dev/null || true
   (cd "$game" && QUORVEX_SEED=$seed exec wine Quorvex.exe >/dev/null 2>&1 </dev/null) &
-  sleep 6
+  # Ready when the title bar is drawn (its wood is not the black of an empty screen).
+  for i in $(seq 1 120); do
+    sleep 0.5
+    pixel=$(import-im6.q16 -window root -crop 1x1+200+70 -depth 8 txt:- 2>/dev/null | tail -1)
+    case $pixel in *"#000000"*|"") ;; *) break ;; esac
+  done
+  sleep 2
   failures=0
   pause() { sleep "${1:-0.3}"; }
   while read -r step a b c d e; do

@@ -189,8 +189,15 @@ bool Scenario::Shot(const std::string& name, int area) {
       out[2] = row[x * 3 + 0];
     }
   }
-  if (!WritePpm(s_.outDir + "/" + name + ".ppm", image)) return false;
   const ScreenPoint o = AreaOrigin(area);
+  for (int y = 0; y < image.height; ++y) {
+    for (int x = 0; x < image.width; ++x) {
+      if (!Covered({o.x + x, o.y + y})) continue;
+      std::uint8_t* out = &image.pixels[(static_cast<std::size_t>(y) * image.width + x) * 3];
+      for (int c = 0; c < 3; ++c) out[c] = kUnchecked[c];
+    }
+  }
+  if (!WritePpm(s_.outDir + "/" + name + ".ppm", image)) return false;
   Wait(1.0);
   steps_ << "shot " << name << ' ' << o.x << ' ' << o.y << ' ' << image.width << ' '
          << image.height << '\n';
@@ -212,7 +219,7 @@ bool Scenario::SetUp() {
   PackedDib words;
   if (!TheResourceFile().LoadPicture(2061, words)) return false;
   titleNewGameWidth_ = ImageWidth(words.get());
-  titleNewGameHeight_ = ImageHeight(words.get());
+  titleNewGameHeight_ = ImageHeight(words.get()) / 3;  // a push strip: normal, hover, pressed
   board_ = BoardSizeFor(s_.screenWidth, s_.screenHeight);
   SetBoardSize(board_.width, board_.height);
   // The main window makes the board and the six boxes before any game exists.
