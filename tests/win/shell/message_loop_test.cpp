@@ -13,6 +13,7 @@ namespace {
 
 struct Seen {
   std::string parentOffered;  // characters offered as UM_CHILDCHAR
+  std::string parentChars;    // WM_CHAR the parent received itself
   std::string childChars;     // WM_CHAR the child received
 };
 Seen g_seen;
@@ -21,6 +22,10 @@ LRESULT CALLBACK ParentProc(HWND window, UINT message, WPARAM wParam, LPARAM lPa
   if (message == UM_CHILDCHAR) {
     g_seen.parentOffered += static_cast<char>(wParam);
     return wParam == 'a' ? 1 : 0;  // the parent keeps 'a' for itself
+  }
+  if (message == WM_CHAR) {
+    g_seen.parentChars += static_cast<char>(wParam);
+    return 0;
   }
   if (message == WM_USER) {
     // Quit with a paint pending: the loop must end with this code all the same.
@@ -34,6 +39,9 @@ LRESULT CALLBACK ParentProc(HWND window, UINT message, WPARAM wParam, LPARAM lPa
 LRESULT CALLBACK ChildProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   if (message == WM_CHAR) {
     g_seen.childChars += static_cast<char>(wParam);
+    // The last character ends the loop. Quitting only now keeps the test to what a program
+    // sees: a quit posted while messages wait may be handed out before them.
+    if (wParam == 'b') PostQuitMessage(7);
     return 0;
   }
   return DefWindowProcA(window, message, wParam, lParam);
@@ -67,10 +75,10 @@ TEST_F(MessageLoop, ChildCharactersAreOfferedToTheParentFirst) {
   PostMessageA(parent_, WM_CHAR, 'c', 1);
   PostMessageA(child_, WM_CHAR, 'a', 1);
   PostMessageA(child_, WM_CHAR, 'b', 1);
-  PostQuitMessage(7);
   EXPECT_EQ(RunMessageLoop(), 7);
   EXPECT_EQ(g_seen.parentOffered, "ab");  // a top-level window's own character is not offered
   EXPECT_EQ(g_seen.childChars, "b");      // the parent swallowed 'a'
+  EXPECT_EQ(g_seen.parentChars, "c");
 }
 
 TEST_F(MessageLoop, QuitWithPaintPendingEndsWithItsCode) {

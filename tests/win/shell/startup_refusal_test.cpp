@@ -74,7 +74,7 @@ Outcome RunGame(const GameFolder& game) {
     return outcome;
   }
   HWND dialog = nullptr;
-  for (int i = 0; i < 200 && !dialog; ++i) {
+  for (int i = 0; i < 600 && !dialog; ++i) {  // a loaded machine starts Wine slowly
     Sleep(50);
     HWND candidate = FindWindowA("#32770", "Quorvex Puzzle");
     DWORD owner = 0;
@@ -87,7 +87,7 @@ Outcome RunGame(const GameFolder& game) {
     outcome.message = text;
     PostMessageA(dialog, WM_COMMAND, MAKEWPARAM(IDOK, BN_CLICKED), 0);
   }
-  if (WaitForSingleObject(process.hProcess, 10000) != WAIT_OBJECT_0) {
+  if (WaitForSingleObject(process.hProcess, 20000) != WAIT_OBJECT_0) {
     TerminateProcess(process.hProcess, 99);
     WaitForSingleObject(process.hProcess, 5000);
   }
