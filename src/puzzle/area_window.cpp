@@ -326,7 +326,13 @@ HWND CreateBoardWindow(HWND parent) {
   if (HWND old = puzzle_win::AreaWindow(AREA_TABLERO)) DestroyWindow(old);
   const EstadoPuzzle& p = Puzzle();
   const RECT place{kBoardLeft, kBoardTop, kBoardLeft + p.boardWidth, kBoardTop + p.boardHeight};
-  return puzzle_win::CreateAreaWindow(AREA_TABLERO, parent, place, nullptr);
+  HWND board = puzzle_win::CreateAreaWindow(AREA_TABLERO, parent, place, nullptr);
+  // The table lies under everything else on the main window: the buttons at the right edge
+  // stand over its border whenever the board is made.
+  if (board) {
+    SetWindowPos(board, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+  }
+  return board;
 }
 
 HWND BoardWindow() { return puzzle_win::AreaWindow(AREA_TABLERO); }

@@ -58,7 +58,8 @@ exec xvfb-run -a -s "-screen 0 ${size}x${depth}" bash -c '
       shot|clockshot)
         # Park the pointer where it covers nothing that is checked.
         xdotool mousemove 0 $((height - 1)); pause 0.5
-        import-im6.q16 -window root -crop "${d}x${e}+${b}+${c}" +repage -depth 8 "$work/shots/$a.ppm"
+        import-im6.q16 -window root -depth 8 "$work/shots/$a-screen.png"
+        convert-im6.q16 "$work/shots/$a-screen.png" -crop "${d}x${e}+${b}+${c}" +repage -depth 8 "$work/shots/$a.ppm"
         if [ "$step" = shot ]; then
           if ! "$planner" compare "$work/plan/$a.ppm" "$work/shots/$a.ppm" 12; then
             failures=$((failures + 1))
