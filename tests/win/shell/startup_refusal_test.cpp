@@ -82,9 +82,13 @@ Outcome RunGame(const GameFolder& game) {
     if (owner == process.dwProcessId) dialog = candidate;
   }
   if (dialog) {
-    char text[400] = {};
-    GetDlgItemTextA(dialog, 1000, text, sizeof text);
-    outcome.message = text;
+    // The dialog shows before the game puts its text in: read once the text has arrived.
+    for (int i = 0; i < 100 && outcome.message.empty(); ++i) {
+      char text[400] = {};
+      GetDlgItemTextA(dialog, 1000, text, sizeof text);
+      outcome.message = text;
+      if (outcome.message.empty()) Sleep(50);
+    }
     PostMessageA(dialog, WM_COMMAND, MAKEWPARAM(IDOK, BN_CLICKED), 0);
   }
   if (WaitForSingleObject(process.hProcess, 20000) != WAIT_OBJECT_0) {
