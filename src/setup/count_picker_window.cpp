@@ -49,13 +49,10 @@ void Compose(HWND window, const CountPickerRecord& c, HDC dc, int width, int hei
 
 void OnPaint(HWND window, HDC printDc) {
   CountPickerRecord* c = RecordOf<CountPickerRecord>(window);
-  widget::PaintWindow(window, printDc, [&](HDC dc, const RECT&) {
-    RECT client;
-    GetClientRect(window, &client);
-    widget::MemorySurface surface(dc, client.right, client.bottom);
-    if (!c || !surface.ok()) return;
-    Compose(window, *c, surface.dc(), client.right, client.bottom);
-    BitBlt(dc, 0, 0, client.right, client.bottom, surface.dc(), 0, 0, SRCCOPY);
+  PaintThroughSurface(window, printDc, [&](HDC dc, int width, int height) {
+    if (!c) return false;
+    Compose(window, *c, dc, width, height);
+    return true;
   });
 }
 

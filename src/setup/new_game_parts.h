@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include "graphics/dib_layout.h"
+#include "widgets/widget_window.h"
 
 namespace qv {
 
@@ -39,5 +40,18 @@ void DrawPictureScaled(HDC dc, HIMAGE picture, int x, int y, int width, int heig
 
 // The part of the backdrop under a child window, copied to (0, 0) of a context.
 void DrawBackdropUnder(HDC dc, HWND child, HIMAGE backdrop, int width, int height);
+
+// Paints a picker window whole through a memory surface of its client size, so that it never
+// flickers. compose(dc, width, height) draws into the surface; false leaves the window as it was.
+template <class Compose>
+void PaintThroughSurface(HWND window, HDC printDc, Compose&& compose) {
+  widget::PaintWindow(window, printDc, [&](HDC dc, const RECT&) {
+    RECT client;
+    GetClientRect(window, &client);
+    widget::MemorySurface surface(dc, client.right, client.bottom);
+    if (!surface.ok() || !compose(surface.dc(), client.right, client.bottom)) return;
+    BitBlt(dc, 0, 0, client.right, client.bottom, surface.dc(), 0, 0, SRCCOPY);
+  });
+}
 
 }  // namespace qv

@@ -74,13 +74,10 @@ void Compose(HWND window, SizePickerRecord& s, HDC dc, int width, int height) {
 
 void OnPaint(HWND window, HDC printDc) {
   SizePickerRecord* s = RecordOf<SizePickerRecord>(window);
-  widget::PaintWindow(window, printDc, [&](HDC dc, const RECT&) {
-    RECT client;
-    GetClientRect(window, &client);
-    widget::MemorySurface surface(dc, client.right, client.bottom);
-    if (!s || !surface.ok()) return;
-    Compose(window, *s, surface.dc(), client.right, client.bottom);
-    BitBlt(dc, 0, 0, client.right, client.bottom, surface.dc(), 0, 0, SRCCOPY);
+  PaintThroughSurface(window, printDc, [&](HDC dc, int width, int height) {
+    if (!s) return false;
+    Compose(window, *s, dc, width, height);
+    return true;
   });
 }
 
