@@ -7,6 +7,7 @@
 #include <string>
 
 #include "about/about_text.h"
+#include "core/look.h"
 
 namespace {
 
@@ -47,7 +48,7 @@ std::optional<std::string> ReadCredits() {
 HFONT Font(int height, int weight) {
   return CreateFontA(height, 0, 0, 0, weight, FALSE, FALSE, FALSE, DEFAULT_CHARSET,
                      OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, DEFAULT_PITCH,
-                     "Tahoma");
+                     qv::kProgramFace);
 }
 
 void OnCreate(HWND window) {

@@ -9,7 +9,7 @@
 #include "puzzle/puzzle_model.h"
 #include "puzzle/puzzle_windows.h"
 #include "puzzle/puzzle_windows_internal.h"
-#include "shell/app.h"
+#include "core/app.h"
 #include "widgets/widget_window.h"
 
 namespace qv::puzzle_win {

@@ -13,7 +13,7 @@
 #include "puzzle/puzzle_model.h"
 #include "puzzle/puzzle_windows.h"
 #include "puzzle/puzzle_windows_internal.h"
-#include "shell/app.h"
+#include "core/app.h"
 #include "widgets/widget_classes.h"
 #include "widgets/widget_window.h"
 
@@ -57,7 +57,7 @@ BoxArt& Art() {
     art->rename.LoadById(kRenameImage);
     art->nameFont.Reset(CreateFontA(20, 0, 0, 0, FW_BOLD, FALSE, FALSE, FALSE, ANSI_CHARSET,
                                     OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY,
-                                    DEFAULT_PITCH | FF_SWISS, "Tahoma"));
+                                    DEFAULT_PITCH | FF_SWISS, kProgramFace));
   }
   return *art;
 }
@@ -99,14 +99,7 @@ SIZE ClientSize(HWND window) {
 }
 
 HWND TitleButton(HWND frame, int id, const ControlDC& picture, const FrameBox& place) {
-  HWND button = CreateWindowExA(0, kCommandClass, "", WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS,
-                                place.x, place.y, place.width, place.height, frame,
-                                reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)),
-                                GetModuleHandleA(nullptr), nullptr);
-  if (button && picture.Dib()) {
-    SendMessageA(button, MWM_SETIMAGE, 0, reinterpret_cast<LPARAM>(picture.Dib()));
-  }
-  return button;
+  return CreatePictureChild(frame, kCommandClass, place.x, place.y, picture.Dib(), id);
 }
 
 void SetName(BoxRecord& b, const char* text) {
@@ -248,8 +241,10 @@ LRESULT OnSetCursor(HWND window, const BoxRecord& b, WPARAM wParam, LPARAM lPara
 void Rename(HWND window) {
   EnableWindow(window, FALSE);
   HWND box = ShowMessageBox(kRenamePrompt, window, true, true);
-  if (box && RunMessageBox(box) == 1 && MessageBoxText().Text() && MessageBoxText().Text()[0]) {
-    SendMessageA(window, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(MessageBoxText().Text()));
+  // A confirmed empty name is a name too: the box then shows no title.
+  if (box && RunMessageBox(box) == 1) {
+    const char* name = MessageBoxText().Text();
+    SendMessageA(window, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(name ? name : ""));
   }
   EnableWindow(window, TRUE);
 }
@@ -329,7 +324,7 @@ LRESULT CALLBACK BoxWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM 
     case WM_GETTEXTLENGTH:
       return static_cast<LRESULT>(std::strlen(b->name));
     case WM_CLOSE:
-      HideWindowInPlace(window);
+      HideInPlace(window);
       return 0;
     case MWM_NOTIFY:
       OnNotify(window, *b, wParam, lParam);

@@ -9,7 +9,7 @@
 #include "puzzle/puzzle_windows.h"
 #include "puzzle/puzzle_windows_internal.h"
 #include "puzzle/texture.h"
-#include "shell/app.h"
+#include "core/app.h"
 #include "widgets/widget_classes.h"
 #include "widgets/widget_window.h"
 
@@ -61,24 +61,12 @@ struct MosaicRecord {
   // painting rather than copied into it, as the two pictures need not share one colour table.
   ControlDC title;
   ControlDC closeImage, nextImage, stripImage, scrollImage;
-  HWND disabledParent = nullptr;
   HWND close = nullptr, next = nullptr, preview = nullptr, scroll = nullptr;
-  bool dragging = false;
-  POINT grab{};
-};
-
-struct MosaicCreateParams {
-  ControlDC* background = nullptr;
-  HWND parent = nullptr;
+  BackgroundDrag drag;
 };
 
 HWND Child(HWND parent, const char* className, int x, int y, const ControlDC& picture) {
-  HWND child = CreateWindowExA(0, className, "", WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS, x, y,
-                               50, 50, parent, nullptr, GetModuleHandleA(nullptr), nullptr);
-  if (child && picture.Dib()) {
-    SendMessageA(child, MWM_SETIMAGE, 0, reinterpret_cast<LPARAM>(picture.Dib()));
-  }
-  return child;
+  return CreatePictureChild(parent, className, x, y, picture.Dib());
 }
 
 void BuildChildren(HWND window, MosaicRecord& m) {
@@ -108,12 +96,11 @@ void BuildChildren(HWND window, MosaicRecord& m) {
 }
 
 LRESULT OnCreate(HWND window, const CREATESTRUCTA* create) {
-  const auto* params = static_cast<const MosaicCreateParams*>(create->lpCreateParams);
-  if (!params || !params->background) return -1;
+  auto* background = static_cast<ControlDC*>(create->lpCreateParams);
+  if (!background) return -1;
   auto* m = CreateRecord<MosaicRecord>(window);
   if (!m) return -1;
-  m->background.reset(params->background);
-  m->disabledParent = params->parent;
+  m->background.reset(background);
   m->title.LoadById(kTitleBase + static_cast<std::uint32_t>(CurrentLanguage()));
   BuildChildren(window, *m);
   return 0;
@@ -126,7 +113,9 @@ void ShowTexture(MosaicRecord& m, int index) {
 
 void OnNotify(HWND window, MosaicRecord& m, WPARAM code, LPARAM lParam) {
   HWND sender = reinterpret_cast<HWND>(lParam);
-  ButtonFeedback(sender, static_cast<int>(code));
+  // The texture preview is an animated widget too, but its frame is the texture shown: only the
+  // next button takes the buttons' opening animation.
+  if (sender == m.next) ButtonFeedback(sender, static_cast<int>(code));
   if (code != MWN_CLICKED) return;
   if (sender == m.close) {
     PostMessageA(window, WM_CLOSE, 0, 0);
@@ -156,30 +145,21 @@ void OnPaint(HWND window, const MosaicRecord& m) {
   EndPaint(window, &ps);
 }
 
-void OnButtonDown(HWND window, MosaicRecord& m, LPARAM lParam) {
-  m.dragging = true;
-  m.grab = POINT{widget::PointX(lParam), widget::PointY(lParam)};
-  SetCapture(window);
-}
-
-void OnMouseMove(HWND window, const MosaicRecord& m) {
-  if (!m.dragging) return;
-  POINT now;
-  GetCursorPos(&now);
-  SetWindowPos(window, nullptr, now.x - m.grab.x, now.y - m.grab.y, 0, 0,
-               SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
-}
-
-void EndDrag(HWND window, MosaicRecord& m) {
-  m.dragging = false;
-  if (GetCapture() == window) ReleaseCapture();
-}
-
-void OnClose(HWND window, MosaicRecord& m) {
-  // The parent is enabled first so that it, not some other program, becomes active.
-  if (m.disabledParent) EnableWindow(m.disabledParent, TRUE);
-  m.disabledParent = nullptr;
+void OnClose(HWND window) {
+  EnableOwnerOnClose(window);
   DestroyWindow(window);
+}
+
+void OnDestroy(HWND window) {
+  EnableOwnerOnClose(window);
+  DestroyRecord<MosaicRecord>(window);
+}
+
+// Escape and Enter both close: the texture is applied as it is chosen.
+bool OnKey(HWND window, WPARAM key) {
+  if (key != VK_ESCAPE && key != VK_RETURN) return false;
+  PostMessageA(window, WM_CLOSE, 0, 0);
+  return true;
 }
 
 }  // namespace
@@ -198,17 +178,20 @@ LRESULT CALLBACK MosaicWindowProc(HWND window, UINT message, WPARAM wParam, LPAR
       OnNotify(window, *m, wParam, lParam);
       return 0;
     case WM_LBUTTONDOWN:
-      OnButtonDown(window, *m, lParam);
+      StartBackgroundDrag(window, m->drag);
       return 0;
     case WM_MOUSEMOVE:
-      OnMouseMove(window, *m);
+      FollowBackgroundDrag(window, m->drag);
       return 0;
     case WM_LBUTTONUP:
-      EndDrag(window, *m);
-      return 0;
     case WM_CAPTURECHANGED:
-      m->dragging = false;
+      EndBackgroundDrag(window, m->drag);
       return 0;
+    case WM_CHAR:
+      OnKey(window, wParam);
+      return 0;
+    case UM_CHILDCHAR:
+      return OnKey(window, wParam) ? 1 : 0;
     case WM_QUERYNEWPALETTE:
       InvalidateRect(window, nullptr, FALSE);
       return 1;
@@ -216,11 +199,10 @@ LRESULT CALLBACK MosaicWindowProc(HWND window, UINT message, WPARAM wParam, LPAR
       if (reinterpret_cast<HWND>(wParam) != window) InvalidateRect(window, nullptr, FALSE);
       return 0;
     case WM_CLOSE:
-      OnClose(window, *m);
+      OnClose(window);
       return 0;
     case WM_DESTROY:
-      if (m->disabledParent) EnableWindow(m->disabledParent, TRUE);
-      DestroyRecord<MosaicRecord>(window);
+      OnDestroy(window);
       return 0;
     default:
       return DefWindowProcA(window, message, wParam, lParam);
@@ -235,23 +217,10 @@ HWND OpenMosaicScreen(HWND parent) {
   auto background = std::make_unique<ControlDC>();
   if (!background->LoadById(puzzle_win::kBackgroundImage)) return nullptr;
   HideAllBoxesBut(nullptr);
-  RECT rect{0, 0, background->Width(), background->Height()};
-  AdjustWindowRect(&rect, WS_POPUP, FALSE);
-  const int width = rect.right - rect.left;
-  const int height = rect.bottom - rect.top;
-  const int x = (GetSystemMetrics(SM_CXSCREEN) - width) / 2;
-  const int y = (GetSystemMetrics(SM_CYSCREEN) - height) / 2;
-  if (parent) EnableWindow(parent, FALSE);
-  puzzle_win::MosaicCreateParams params;
-  params.background = background.get();
-  params.parent = parent;
-  HWND screen = CreateWindowExA(0, puzzle_win::kMosaicClass, "", WS_POPUP | WS_VISIBLE | WS_CLIPCHILDREN,
-                                x, y, width, height, parent, nullptr, GetModuleHandleA(nullptr),
-                                &params);
-  if (!screen) {
-    if (parent) EnableWindow(parent, TRUE);
-    return nullptr;
-  }
+  HWND screen = OpenCentredScreen(puzzle_win::kMosaicClass, WS_POPUP | WS_VISIBLE | WS_CLIPCHILDREN,
+                                  background->Width(), background->Height(), parent,
+                                  background.get());
+  if (!screen) return nullptr;
   background.release();  // the screen's record owns it now
   return screen;
 }

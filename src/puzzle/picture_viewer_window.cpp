@@ -10,7 +10,7 @@
 #include "puzzle/frame_logic.h"
 #include "puzzle/puzzle_windows.h"
 #include "puzzle/puzzle_windows_internal.h"
-#include "shell/app.h"
+#include "core/app.h"
 #include "widgets/widget_window.h"
 
 namespace qv::puzzle_win {
@@ -20,7 +20,6 @@ using widget::RecordOf;
 
 // Everything the viewer holds: made before the window, owned by it once it exists.
 struct ViewerRecord {
-  HWND disabledParent = nullptr;
   std::unique_ptr<std::uint8_t[]> info;  // header and colour table of the scaled picture
   std::unique_ptr<std::uint8_t[]> bits;
   int width = 0;
@@ -49,23 +48,30 @@ void OnPaint(HWND window, ViewerRecord& v) {
   EndPaint(window, &ps);
 }
 
-void Close(HWND window, ViewerRecord& v) {
-  if (v.disabledParent) EnableWindow(v.disabledParent, TRUE);
-  v.disabledParent = nullptr;
+void Close(HWND window) {
+  EnableOwnerOnClose(window);
   DestroyWindow(window);
+}
+
+LRESULT OnCreate(HWND window, const CREATESTRUCTA* create) {
+  auto* v = static_cast<ViewerRecord*>(create->lpCreateParams);
+  if (!v) return -1;
+  SetWindowLongPtrA(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(v));
+  v->drawDib = DrawDibOpen();
+  return 0;
+}
+
+void OnDestroy(HWND window, ViewerRecord* v) {
+  EnableOwnerOnClose(window);
+  if (v->drawDib) DrawDibClose(v->drawDib);
+  delete v;
+  SetWindowLongPtrA(window, GWLP_USERDATA, 0);
 }
 
 }  // namespace
 
 LRESULT CALLBACK ViewerWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  if (message == WM_CREATE) {
-    auto* create = reinterpret_cast<CREATESTRUCTA*>(lParam);
-    auto* v = static_cast<ViewerRecord*>(create->lpCreateParams);
-    if (!v) return -1;
-    SetWindowLongPtrA(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(v));
-    v->drawDib = DrawDibOpen();
-    return 0;
-  }
+  if (message == WM_CREATE) return OnCreate(window, reinterpret_cast<CREATESTRUCTA*>(lParam));
   ViewerRecord* v = RecordOf<ViewerRecord>(window);
   if (!v) return DefWindowProcA(window, message, wParam, lParam);
   switch (message) {
@@ -77,13 +83,10 @@ LRESULT CALLBACK ViewerWindowProc(HWND window, UINT message, WPARAM wParam, LPAR
     case WM_CHAR:
     case WM_LBUTTONDBLCLK:
     case WM_CLOSE:
-      Close(window, *v);
+      Close(window);
       return 0;
     case WM_DESTROY:
-      if (v->disabledParent) EnableWindow(v->disabledParent, TRUE);
-      if (v->drawDib) DrawDibClose(v->drawDib);
-      delete v;
-      SetWindowLongPtrA(window, GWLP_USERDATA, 0);
+      OnDestroy(window, v);
       return 0;
     default:
       return DefWindowProcA(window, message, wParam, lParam);
@@ -130,16 +133,9 @@ namespace qv {
 bool OpenPictureViewer(HWND parent, const char* path) {
   std::unique_ptr<puzzle_win::ViewerRecord> v = puzzle_win::LoadScaledPicture(path);
   if (!v) return false;
-  v->disabledParent = parent;
-  if (parent) EnableWindow(parent, FALSE);
-  HWND viewer = CreateWindowExA(0, puzzle_win::kViewerClass, "",
-                                WS_POPUP | WS_VISIBLE | WS_MAXIMIZE, 0, 0, ScreenWidth(),
-                                ScreenHeight(), parent, nullptr, GetModuleHandleA(nullptr),
-                                v.get());
-  if (!viewer) {
-    if (parent) EnableWindow(parent, TRUE);
-    return false;
-  }
+  HWND viewer = OpenCentredScreen(puzzle_win::kViewerClass, WS_POPUP | WS_VISIBLE | WS_MAXIMIZE,
+                                  ScreenWidth(), ScreenHeight(), parent, v.get());
+  if (!viewer) return false;
   v.release();  // the window owns it and frees it when it is destroyed
   return true;
 }

@@ -9,7 +9,7 @@
 #include "puzzle/puzzle_model.h"
 #include "puzzle/puzzle_windows.h"
 #include "puzzle/puzzle_windows_internal.h"
-#include "shell/app.h"
+#include "core/app.h"
 #include "widgets/widget_classes.h"
 #include "widgets/widget_window.h"
 
@@ -36,8 +36,7 @@ struct PreviewRecord {
   widget::FontHandle font;
   ControlDC closeImage;
   HWND close = nullptr;
-  bool dragging = false;
-  POINT grab{};
+  BackgroundDrag drag;
 };
 
 LRESULT OnCreate(HWND window) {
@@ -46,15 +45,10 @@ LRESULT OnCreate(HWND window) {
   p->drawDib = DrawDibOpen();
   p->font.Reset(CreateFontA(20, 0, 0, 0, FW_BOLD, FALSE, FALSE, FALSE, ANSI_CHARSET,
                             OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY,
-                            DEFAULT_PITCH | FF_SWISS, "Tahoma"));
+                            DEFAULT_PITCH | FF_SWISS, kProgramFace));
   p->closeImage.LoadById(kCloseImage);
-  p->close = CreateWindowExA(0, kCommandClass, "", WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS,
-                             g_size.width - 22, 6, 20, 20, window,
-                             reinterpret_cast<HMENU>(static_cast<INT_PTR>(kCloseId)),
-                             GetModuleHandleA(nullptr), nullptr);
-  if (p->close && p->closeImage.Dib()) {
-    SendMessageA(p->close, MWM_SETIMAGE, 0, reinterpret_cast<LPARAM>(p->closeImage.Dib()));
-  }
+  p->close = CreatePictureChild(window, kCommandClass, g_size.width - 22, 6, p->closeImage.Dib(),
+                                kCloseId);
   return 0;
 }
 
@@ -102,18 +96,15 @@ void OnPaint(HWND window, PreviewRecord& p) {
   EndPaint(window, &ps);
 }
 
-void OnButtonDown(HWND window, PreviewRecord& p, LPARAM lParam) {
-  p.dragging = true;
-  p.grab = POINT{widget::PointX(lParam), widget::PointY(lParam)};
-  SetCapture(window);
+// The caption is painted by the window itself: a new one must be drawn.
+LRESULT OnSetText(HWND window, WPARAM wParam, LPARAM lParam) {
+  const LRESULT result = DefWindowProcA(window, WM_SETTEXT, wParam, lParam);
+  InvalidateRect(window, nullptr, FALSE);
+  return result;
 }
 
-void OnMouseMove(HWND window, const PreviewRecord& p) {
-  if (!p.dragging) return;
-  POINT now;
-  GetCursorPos(&now);
-  SetWindowPos(window, nullptr, now.x - p.grab.x, now.y - p.grab.y, 0, 0,
-               SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+void OnNotify(HWND window, const PreviewRecord& p, WPARAM code, HWND sender) {
+  if (sender == p.close && code == MWN_CLICKED) HideInPlace(window);
 }
 
 void OnPalette(HWND window, PreviewRecord& p) {
@@ -138,28 +129,20 @@ LRESULT CALLBACK PreviewWindowProc(HWND window, UINT message, WPARAM wParam, LPA
       return 0;
     case WM_ERASEBKGND:
       return 1;
-    case WM_SETTEXT: {
-      const LRESULT result = DefWindowProcA(window, message, wParam, lParam);
-      InvalidateRect(window, nullptr, FALSE);
-      return result;
-    }
+    case WM_SETTEXT:
+      return OnSetText(window, wParam, lParam);
     case WM_LBUTTONDOWN:
-      OnButtonDown(window, *p, lParam);
+      StartBackgroundDrag(window, p->drag);
       return 0;
     case WM_MOUSEMOVE:
-      OnMouseMove(window, *p);
+      FollowBackgroundDrag(window, p->drag);
       return 0;
     case WM_LBUTTONUP:
-      p->dragging = false;
-      if (GetCapture() == window) ReleaseCapture();
-      return 0;
     case WM_CAPTURECHANGED:
-      p->dragging = false;
+      EndBackgroundDrag(window, p->drag);
       return 0;
     case MWM_NOTIFY:
-      if (reinterpret_cast<HWND>(lParam) == p->close && wParam == MWN_CLICKED) {
-        HideWindowInPlace(window);
-      }
+      OnNotify(window, *p, wParam, reinterpret_cast<HWND>(lParam));
       return 0;
     case WM_QUERYNEWPALETTE:
       OnPalette(window, *p);
@@ -168,7 +151,7 @@ LRESULT CALLBACK PreviewWindowProc(HWND window, UINT message, WPARAM wParam, LPA
       if (reinterpret_cast<HWND>(wParam) != window) OnPalette(window, *p);
       return 0;
     case WM_CLOSE:
-      HideWindowInPlace(window);
+      HideInPlace(window);
       return 0;
     default:
       return DefWindowProcA(window, message, wParam, lParam);
@@ -194,7 +177,7 @@ HWND CreatePreviewWindow(HWND owner) {
 
 void ActualizarPreview() {
   using namespace puzzle_win;
-  HideWindowInPlace(g_preview);
+  HideInPlace(g_preview);
   g_reduced.Reset();
   HIMAGE picture = PuzzlePicture();
   g_size = picture ? PreviewSizeFor(ImageWidth(picture), ImageHeight(picture))
@@ -214,7 +197,7 @@ void ActualizarPreview() {
 }
 
 void ShowPreview() {
-  if (puzzle_win::g_preview) puzzle_win::ShowWindowInPlace(puzzle_win::g_preview);
+  ShowInPlace(puzzle_win::g_preview);
 }
 
 }  // namespace qv

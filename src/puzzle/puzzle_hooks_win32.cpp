@@ -8,9 +8,10 @@
 #include "puzzle/puzzle_model.h"
 #include "puzzle/puzzle_windows.h"
 #include "puzzle/puzzle_windows_internal.h"
-#include "shell/app.h"
-#include "shell/resource_ids.h"
+#include "core/app.h"
+#include "core/resource_ids.h"
 #include "widgets/widget_messages.h"
+#include "widgets/widget_sounds.h"
 
 namespace qv::puzzle_win {
 namespace {
@@ -46,12 +47,7 @@ void OnStopClock(void*) {
 
 // The join sound stays locked in the module for the whole run.
 const void* JoinSound() {
-  static const void* sound = [] () -> const void* {
-    HMODULE module = GetModuleHandleA(nullptr);
-    HRSRC found = FindResourceA(module, MAKEINTRESOURCEA(IDW_JOIN), "WAVE");
-    HGLOBAL loaded = found ? LoadResource(module, found) : nullptr;
-    return loaded ? LockResource(loaded) : nullptr;
-  }();
+  static const void* sound = LockWaveResource(GetModuleHandleA(nullptr), IDW_JOIN);
   return sound;
 }
 
@@ -65,7 +61,7 @@ void OnJoinSound(void*) {
 void OnPreviewChanged(void*) { ActualizarPreview(); }
 
 void OnHideBox(void*, int box) {
-  if (HWND frame = BoxWindow(box)) HideWindowInPlace(frame);
+  HideInPlace(BoxWindow(box));
 }
 
 void OnSetCursor(void*, EngineCursor cursor) {
@@ -80,23 +76,6 @@ void OnSetCursor(void*, EngineCursor cursor) {
   }
   SetCursor(LoadCursorA(nullptr, name));
 }
-
-bool Register(HINSTANCE instance, const char* name, WNDPROC procedure, UINT style,
-              HBRUSH background) {
-  WNDCLASSA c{};
-  c.style = style;
-  c.lpfnWndProc = procedure;
-  c.hInstance = instance;
-  c.hCursor = LoadCursorA(nullptr, IDC_ARROW);
-  c.hbrBackground = background;
-  c.lpszClassName = name;
-  return RegisterClassA(&c) != 0 || GetLastError() == ERROR_CLASS_ALREADY_EXISTS;
-}
-
-constexpr UINT kHideFlags = SWP_NOSIZE | SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE |
-                            SWP_HIDEWINDOW | SWP_NOOWNERZORDER;
-constexpr UINT kShowFlags =
-    SWP_NOSIZE | SWP_NOMOVE | SWP_NOZORDER | SWP_SHOWWINDOW | SWP_NOOWNERZORDER;
 
 }  // namespace
 
@@ -140,14 +119,6 @@ void ProbeDisplayFormat() {
   SetDisplayFormat(format);
 }
 
-void HideWindowInPlace(HWND window) {
-  if (window) SetWindowPos(window, nullptr, 0, 0, 0, 0, kHideFlags);
-}
-
-void ShowWindowInPlace(HWND window) {
-  if (window) SetWindowPos(window, nullptr, 0, 0, 0, 0, kShowFlags);
-}
-
 }  // namespace qv::puzzle_win
 
 namespace qv {
@@ -155,11 +126,11 @@ namespace qv {
 bool RegisterPuzzleWindowClasses(HINSTANCE instance) {
   using namespace puzzle_win;
   HBRUSH black = static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH));
-  bool ok = Register(instance, kAreaClass, AreaWindowProc, CS_OWNDC, nullptr);
-  ok = Register(instance, kPreviewClass, PreviewWindowProc, 0, nullptr) && ok;
-  ok = Register(instance, kBoxClass, BoxWindowProc, 0, nullptr) && ok;
-  ok = Register(instance, kViewerClass, ViewerWindowProc, CS_DBLCLKS, black) && ok;
-  ok = Register(instance, kMosaicClass, MosaicWindowProc, 0, nullptr) && ok;
+  bool ok = RegisterScreenClass(instance, kAreaClass, AreaWindowProc, CS_OWNDC);
+  ok = RegisterScreenClass(instance, kPreviewClass, PreviewWindowProc) && ok;
+  ok = RegisterScreenClass(instance, kBoxClass, BoxWindowProc) && ok;
+  ok = RegisterScreenClass(instance, kViewerClass, ViewerWindowProc, CS_DBLCLKS, black) && ok;
+  ok = RegisterScreenClass(instance, kMosaicClass, MosaicWindowProc) && ok;
   return ok;
 }
 

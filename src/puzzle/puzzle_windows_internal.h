@@ -29,8 +29,4 @@ int AreaOfWindow(HWND window);
 // Tells the engine which pixel format the display has (once per process).
 void ProbeDisplayFormat();
 
-// Hides a window without moving, sizing, reordering or activating anything.
-void HideWindowInPlace(HWND window);
-void ShowWindowInPlace(HWND window);
-
 }  // namespace qv::puzzle_win

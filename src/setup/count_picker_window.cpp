@@ -1,4 +1,5 @@
 // CWNDIMAGECANT: the piece-count picker's miniature, the picture with the chosen grid.
+#include "core/window_helpers.h"
 #include "puzzle/puzzle_model.h"
 #include "setup/new_game_logic.h"
 #include "setup/new_game_parts.h"
@@ -85,12 +86,7 @@ LRESULT CALLBACK CountPickerProc(HWND window, UINT message, WPARAM wParam, LPARA
 }  // namespace
 
 bool RegisterCountPickerClass(HINSTANCE instance) {
-  WNDCLASSA c{};
-  c.lpfnWndProc = CountPickerProc;
-  c.hInstance = instance;
-  c.hCursor = LoadCursor(nullptr, IDC_ARROW);
-  c.lpszClassName = kCountPickerClass;
-  return RegisterClassA(&c) != 0;
+  return RegisterScreenClass(instance, kCountPickerClass, CountPickerProc);
 }
 
 }  // namespace qv

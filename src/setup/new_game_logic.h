@@ -15,6 +15,7 @@ namespace qv::newgame {
 // ---- Tabs and panels ---------------------------------------------------------------------
 
 constexpr int kTabCount = 4;
+constexpr int kFirstTabIdentifier = 300;  // control identifiers 300..303
 constexpr int kTabPicture = 0;
 constexpr int kTabSize = 1;
 constexpr int kTabPieces = 2;
@@ -66,6 +67,7 @@ std::uint32_t HeadingImage(int tab, int language);
 // The shape options stand in a table of six places of which three are used; an index outside
 // it trips the check and answers the first place.
 constexpr int kShapeCount = 3;
+constexpr int kFirstShapeIdentifier = 200;  // control identifiers 200..202
 constexpr int kShapePlaces = 6;
 Point ShapeOptionPosition(int index);
 int NextShape(int shape);

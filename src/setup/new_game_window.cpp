@@ -14,7 +14,7 @@
 #include "setup/new_game_logic.h"
 #include "setup/new_game_parts.h"
 #include "setup/pickers.h"
-#include "shell/app.h"
+#include "core/app.h"
 #include "system/assert.h"
 #include "widgets/widget_classes.h"
 #include "widgets/widget_messages.h"
@@ -29,7 +29,6 @@ using widget::RecordOf;
 constexpr DWORD kScreenStyle = WS_POPUP | WS_VISIBLE | WS_CLIPCHILDREN | WS_DLGFRAME;
 constexpr DWORD kChildStyle = WS_CHILD | WS_CLIPSIBLINGS;
 constexpr int kRollStepMs = 4;
-constexpr char kTextFace[] = "Tahoma";
 constexpr int kTextHeight = 18;
 
 // What OpenNewGameScreen hands to WM_CREATE: the pictures found.
@@ -73,24 +72,23 @@ HWND Child(HWND parent, const char* className, ng::Point at, bool visible, int w
                          width, height, parent, nullptr, GetModuleHandleA(nullptr), nullptr);
 }
 
-HWND Push(HWND parent, ControlDC& image, std::uint32_t id, ng::Point at) {
+HWND Push(HWND parent, ControlDC& image, std::uint32_t id, ng::Point at, int identifier) {
   image.LoadById(id);
-  HWND button = Child(parent, kCommandClass, at, true);
-  if (image.Dib()) SendMessageA(button, MWM_SETIMAGE, 0, AsParam(image.Dib()));
-  return button;
+  return CreatePictureChild(parent, kCommandClass, at.x, at.y, image.Dib(), identifier);
 }
 
 HWND Anim(HWND parent, ControlDC& image, std::uint32_t id, ng::Point at, int frames,
           bool visible) {
   image.LoadById(id);
-  HWND anim = Child(parent, kAnimClass, at, visible);
+  // The strip's columns must be known before the picture, which sizes the widget.
+  HWND anim = CreatePictureChild(parent, kAnimClass, at.x, at.y, nullptr, 0, visible);
   SendMessageA(anim, anim::MWM_SETCOLUMNS, 0, frames);
   if (image.Dib()) SendMessageA(anim, MWM_SETIMAGE, 0, AsParam(image.Dib()));
   return anim;
 }
 
-HWND Check(HWND parent, HIMAGE image, ng::Point at, bool visible, bool checked) {
-  HWND check = Child(parent, kCheckClass, at, visible);
+HWND Check(HWND parent, HIMAGE image, ng::Point at, int identifier, bool visible, bool checked) {
+  HWND check = CreatePictureChild(parent, kCheckClass, at.x, at.y, nullptr, identifier, visible);
   SendMessageA(check, MWM_SETRADIO, 0, 1);
   if (image) SendMessageA(check, MWM_SETIMAGE, 0, AsParam(image));
   if (checked) SendMessageA(check, MWM_SETCHECK, 0, 1);
@@ -118,7 +116,7 @@ HWND Text(HWND parent, const NewGameRecord& r, ng::Point at, const std::string& 
   SendMessageA(caption, text::MWM_SETTEXTCOLOUR, 0, RGB(74, 44, 20));
   SendMessageA(caption, text::MWM_SETSHADOWOFFSET, 0, 1);
   SendMessageA(caption, text::MWM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()));
-  SendMessageA(caption, text::MWM_SETFACENAME, 0, reinterpret_cast<LPARAM>(kTextFace));
+  SendMessageA(caption, text::MWM_SETFACENAME, 0, reinterpret_cast<LPARAM>(kProgramFace));
   // Captions here only inform: they take no clicks.
   EnableWindow(caption, FALSE);
   return caption;
@@ -129,10 +127,11 @@ void SetText(HWND caption, const std::string& text) {
 }
 
 void ShowChild(HWND child, bool show) {
-  if (!child) return;
-  SetWindowPos(child, nullptr, 0, 0, 0, 0,
-               SWP_NOSIZE | SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOOWNERZORDER |
-                   (show ? SWP_SHOWWINDOW : SWP_HIDEWINDOW));
+  if (show) {
+    ShowInPlace(child);
+  } else {
+    HideInPlace(child);
+  }
 }
 
 // ---- Panels ---------------------------------------------------------------------------------
@@ -282,11 +281,12 @@ void MakeBackdrop(NewGameRecord& r, int tab) {
 }
 
 void MakeFrameControls(HWND window, NewGameRecord& r) {
-  r.confirm = Push(window, r.confirmImage, ng::kConfirmImage, ng::kConfirmPosition);
-  r.cancel = Push(window, r.cancelImage, ng::kCancelImage, ng::kCancelPosition);
+  r.confirm = Push(window, r.confirmImage, ng::kConfirmImage, ng::kConfirmPosition, IDOK);
+  r.cancel = Push(window, r.cancelImage, ng::kCancelImage, ng::kCancelPosition, IDCANCEL);
   for (int tab = 0; tab < ng::kTabCount; ++tab) {
     r.tabImages[tab].LoadById(ng::TabImage(tab, CurrentLanguage()));
-    r.tabs[tab] = Check(window, r.tabImages[tab].Dib(), ng::TabPosition(tab), true, tab == 0);
+    r.tabs[tab] = Check(window, r.tabImages[tab].Dib(), ng::TabPosition(tab),
+                        ng::kFirstTabIdentifier + tab, true, tab == 0);
   }
   r.help = Anim(window, r.helpImage, ng::kHelpImage, ng::kHelpPosition, 10, true);
   r.preview = Anim(window, r.previewImage, ng::kPreviewImage, ng::kPreviewPosition, 10, true);
@@ -337,7 +337,8 @@ void MakeSizeAndCountPanels(HWND window, NewGameRecord& r) {
 void MakeShapePanel(HWND window, NewGameRecord& r) {
   for (int s = 0; s < ng::kShapeCount; ++s) {
     r.shapeImages[s].LoadById(ng::kShapeOptionImage + static_cast<std::uint32_t>(s));
-    r.shapes[s] = Check(window, r.shapeImages[s].Dib(), ng::ShapeOptionPosition(s), false, s == 0);
+    r.shapes[s] = Check(window, r.shapeImages[s].Dib(), ng::ShapeOptionPosition(s),
+                        ng::kFirstShapeIdentifier + s, false, s == 0);
   }
   r.cycler = Anim(window, r.cyclerImage, ng::kShapeCyclerImage, ng::kCyclerPosition, 6, false);
 }
@@ -525,7 +526,21 @@ void OnDestroy(HWND window) {
   }
   // The children are already gone; the pictures they borrowed can go with the record.
   widget::DestroyRecord<NewGameRecord>(window);
-  if (HWND owner = GetWindow(window, GW_OWNER)) EnableWindow(owner, TRUE);
+  EnableOwnerOnClose(window);
+}
+
+// Escape closes and Enter confirms, as in every dialog of the system.
+bool OnKey(HWND window, WPARAM key) {
+  NewGameRecord* r = RecordOf<NewGameRecord>(window);
+  if (key == VK_ESCAPE) {
+    DestroyWindow(window);
+    return true;
+  }
+  if (key == VK_RETURN && r) {
+    OnConfirm(window, *r);
+    return true;
+  }
+  return false;
 }
 
 LRESULT CALLBACK NewGameProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -551,7 +566,7 @@ LRESULT CALLBACK NewGameProc(HWND window, UINT message, WPARAM wParam, LPARAM lP
       if (reinterpret_cast<HWND>(wParam) != window) InvalidateRect(window, nullptr, FALSE);
       return 0;
     case WM_KEYDOWN:
-      if (wParam == VK_ESCAPE) DestroyWindow(window);
+      OnKey(window, wParam);
       return 0;
     case WM_CLOSE:
       DestroyWindow(window);
@@ -567,14 +582,9 @@ LRESULT CALLBACK NewGameProc(HWND window, UINT message, WPARAM wParam, LPARAM lP
 }  // namespace
 
 bool RegisterNewGameClasses(HINSTANCE instance) {
-  WNDCLASSA c{};
-  c.style = CS_OWNDC;
-  c.lpfnWndProc = NewGameProc;
-  c.hInstance = instance;
-  c.hCursor = LoadCursor(nullptr, IDC_ARROW);
-  c.lpszClassName = kNewGameClass;
   return RegisterCountPickerClass(instance) && RegisterSizePickerClass(instance) &&
-         RegisterPictureTileClass(instance) && RegisterClassA(&c) != 0;
+         RegisterPictureTileClass(instance) &&
+         RegisterScreenClass(instance, kNewGameClass, NewGameProc, CS_OWNDC);
 }
 
 HWND OpenNewGameScreen(HWND mainWindow) {
@@ -590,18 +600,9 @@ HWND OpenNewGameScreen(HWND mainWindow) {
   }
   ControlDC background;
   if (!background.LoadById(ng::kBackgroundImage)) return nullptr;
-  RECT outer{0, 0, background.Width(), background.Height()};
-  AdjustWindowRect(&outer, kScreenStyle, FALSE);
-  const int width = outer.right - outer.left;
-  const int height = outer.bottom - outer.top;
-
   HideAllBoxesBut(nullptr);
-  if (mainWindow) EnableWindow(mainWindow, FALSE);
-  HWND screen = CreateWindowExA(0, kNewGameClass, "", kScreenStyle,
-                                (ScreenWidth() - width) / 2, (ScreenHeight() - height) / 2, width,
-                                height, mainWindow, nullptr, GetModuleHandleA(nullptr), &request);
-  if (!screen && mainWindow) EnableWindow(mainWindow, TRUE);
-  return screen;
+  return OpenCentredScreen(kNewGameClass, kScreenStyle, background.Width(), background.Height(),
+                           mainWindow, &request);
 }
 
 }  // namespace qv

@@ -2,6 +2,7 @@
 #include <string>
 #include <vector>
 
+#include "core/window_helpers.h"
 #include "graphics/bitmap_file.h"
 #include "graphics/himage_draw.h"
 #include "graphics/himage_ops.h"
@@ -248,12 +249,7 @@ LRESULT CALLBACK PictureTileProc(HWND window, UINT message, WPARAM wParam, LPARA
 }  // namespace
 
 bool RegisterPictureTileClass(HINSTANCE instance) {
-  WNDCLASSA c{};
-  c.lpfnWndProc = PictureTileProc;
-  c.hInstance = instance;
-  c.hCursor = LoadCursor(nullptr, IDC_HAND);
-  c.lpszClassName = kPictureTileClass;
-  return RegisterClassA(&c) != 0;
+  return RegisterScreenClass(instance, kPictureTileClass, PictureTileProc, 0, nullptr, IDC_HAND);
 }
 
 void DrawBackdropUnder(HDC dc, HWND child, HIMAGE backdrop, int width, int height) {

@@ -6,7 +6,7 @@
 #include "setup/new_game_logic.h"
 #include "setup/new_game_parts.h"
 #include "setup/pickers.h"
-#include "shell/app.h"
+#include "core/app.h"
 #include "widgets/widget_window.h"
 
 namespace qv {
@@ -37,7 +37,7 @@ void DrawTable(HDC dc, const newgame::Rect& board) {
 void DrawPercentage(HDC dc, SizePickerRecord& s, int width, int height) {
   if (!s.font.get()) {
     s.font.Reset(CreateFontA(16, 0, 0, 0, FW_BOLD, 0, 0, 0, DEFAULT_CHARSET, 0, 0, 0, 0,
-                             "Tahoma"));
+                             kProgramFace));
   }
   const PickerState& pickers = ThePickers();
   if (!PickerHasPicture(pickers)) return;
@@ -108,12 +108,7 @@ LRESULT CALLBACK SizePickerProc(HWND window, UINT message, WPARAM wParam, LPARAM
 }  // namespace
 
 bool RegisterSizePickerClass(HINSTANCE instance) {
-  WNDCLASSA c{};
-  c.lpfnWndProc = SizePickerProc;
-  c.hInstance = instance;
-  c.hCursor = LoadCursor(nullptr, IDC_ARROW);
-  c.lpszClassName = kSizePickerClass;
-  return RegisterClassA(&c) != 0;
+  return RegisterScreenClass(instance, kSizePickerClass, SizePickerProc);
 }
 
 }  // namespace qv

@@ -6,7 +6,7 @@
 #include "graphics/control_dc.h"
 #include "graphics/himage_draw.h"
 #include "graphics/himage_ops.h"
-#include "shell/app.h"
+#include "core/app.h"
 #include "shell/title_bar.h"
 #include "widgets/widget_classes.h"
 #include "widgets/widget_window.h"
@@ -32,14 +32,8 @@ struct LanguageRecord {
   HWND cancel = nullptr;
   HWND names[2] = {};  // Spanish, English
   int pending = 1;
-  bool dragging = false;
-  POINT lastCursor{};
+  BackgroundDrag drag;
 };
-
-HWND Child(HWND screen, const char* className, int x, int y) {
-  return CreateWindowExA(0, className, "", WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS, x, y, 50, 50,
-                         screen, nullptr, GetModuleHandleA(nullptr), nullptr);
-}
 
 // The chosen name is gold and bold, the other cream and plain; both grow bold under the pointer.
 void ShowChosen(HWND name, bool chosen) {
@@ -48,8 +42,7 @@ void ShowChosen(HWND name, bool chosen) {
 }
 
 HWND CreateName(HWND screen, LanguageRecord& r, int y, const char* caption) {
-  HWND name = Child(screen, kTextClass, 50, y);
-  SendMessageA(name, MWM_SETIMAGE, 0, reinterpret_cast<LPARAM>(r.background.Dib()));
+  HWND name = CreatePictureChild(screen, kTextClass, 50, y, r.background.Dib());
   SendMessageA(name, text::MWM_SETFACENAME, 0, reinterpret_cast<LPARAM>(kProgramFace));
   SendMessageA(name, text::MWM_SETFONTHEIGHT, 0, 30);
   SendMessageA(name, text::MWM_SETSHADOW, 0, 1);
@@ -64,10 +57,8 @@ LRESULT OnCreate(HWND screen) {
   r->background.LoadById(kBackground);
   r->confirmImage.LoadById(kConfirmImage);
   r->cancelImage.LoadById(kCancelImage);
-  r->confirm = Child(screen, kCommandClass, 0, 256);
-  SendMessageA(r->confirm, MWM_SETIMAGE, 0, reinterpret_cast<LPARAM>(r->confirmImage.Dib()));
-  r->cancel = Child(screen, kCommandClass, 177, 256);
-  SendMessageA(r->cancel, MWM_SETIMAGE, 0, reinterpret_cast<LPARAM>(r->cancelImage.Dib()));
+  r->confirm = CreatePictureChild(screen, kCommandClass, 0, 256, r->confirmImage.Dib(), IDOK);
+  r->cancel = CreatePictureChild(screen, kCommandClass, 177, 256, r->cancelImage.Dib(), IDCANCEL);
   r->names[0] = CreateName(screen, *r, 60, "Espa\xF1ol");
   r->names[1] = CreateName(screen, *r, 90, "English");
   r->pending = CurrentLanguage() == 0 ? 0 : 1;
@@ -77,7 +68,7 @@ LRESULT OnCreate(HWND screen) {
 
 void OnDestroy(HWND screen) {
   DestroyRecord<LanguageRecord>(screen);
-  EnableWindow(MainWindow(), TRUE);
+  EnableOwnerOnClose(screen);
 }
 
 void Choose(LanguageRecord& r, int language) {
@@ -112,32 +103,34 @@ void OnNotify(HWND screen, WPARAM code, HWND sender) {
 }
 
 void OnButtonDown(HWND screen) {
-  LanguageRecord* r = RecordOf<LanguageRecord>(screen);
-  if (!r) return;
-  r->dragging = true;
-  GetCursorPos(&r->lastCursor);
-  SetCapture(screen);
+  if (LanguageRecord* r = RecordOf<LanguageRecord>(screen)) StartBackgroundDrag(screen, r->drag);
 }
 
 void OnMouseMove(HWND screen) {
-  LanguageRecord* r = RecordOf<LanguageRecord>(screen);
-  if (!r || !r->dragging) return;
-  POINT now;
-  GetCursorPos(&now);
-  if (now.x == r->lastCursor.x && now.y == r->lastCursor.y) return;
-  RECT frame;
-  GetWindowRect(screen, &frame);
-  SetWindowPos(screen, nullptr, frame.left + now.x - r->lastCursor.x,
-               frame.top + now.y - r->lastCursor.y, 0, 0,
-               SWP_NOSIZE | SWP_NOZORDER | SWP_NOOWNERZORDER | SWP_NOSENDCHANGING);
-  r->lastCursor = now;
+  if (LanguageRecord* r = RecordOf<LanguageRecord>(screen)) FollowBackgroundDrag(screen, r->drag);
 }
 
-void EndDrag(HWND screen, bool release) {
-  LanguageRecord* r = RecordOf<LanguageRecord>(screen);
-  if (!r || !r->dragging) return;
-  r->dragging = false;
-  if (release) ReleaseCapture();
+void EndDrag(HWND screen) {
+  if (LanguageRecord* r = RecordOf<LanguageRecord>(screen)) EndBackgroundDrag(screen, r->drag);
+}
+
+// Escape cancels and Enter confirms, as in every dialog of the system.
+bool OnChildChar(HWND screen, WPARAM key) {
+  if (key == VK_ESCAPE) {
+    PostMessageA(screen, WM_CLOSE, 0, 0);
+    return true;
+  }
+  if (key == VK_RETURN) {
+    if (LanguageRecord* r = RecordOf<LanguageRecord>(screen)) Confirm(*r);
+    PostMessageA(screen, WM_CLOSE, 0, 0);
+    return true;
+  }
+  return false;
+}
+
+void OnClose(HWND screen) {
+  SetForegroundWindow(MainWindow());
+  DestroyWindow(screen);
 }
 
 void OnPaint(HWND screen) {
@@ -167,19 +160,21 @@ LRESULT CALLBACK LanguageScreenProc(HWND screen, UINT message, WPARAM wParam, LP
       OnMouseMove(screen);
       return 0;
     case WM_LBUTTONUP:
-      EndDrag(screen, true);
-      return 0;
     case WM_CAPTURECHANGED:
-      if (reinterpret_cast<HWND>(lParam) != screen) EndDrag(screen, false);
+      EndDrag(screen);
       return 0;
+    case WM_CHAR:
+      OnChildChar(screen, wParam);
+      return 0;
+    case UM_CHILDCHAR:
+      return OnChildChar(screen, wParam) ? 1 : 0;
     case WM_PAINT:
       OnPaint(screen);
       return 0;
     case WM_ERASEBKGND:
       return 1;
     case WM_CLOSE:
-      SetForegroundWindow(MainWindow());
-      DestroyWindow(screen);
+      OnClose(screen);
       return 0;
     default:
       return DefWindowProcA(screen, message, wParam, lParam);
@@ -189,30 +184,15 @@ LRESULT CALLBACK LanguageScreenProc(HWND screen, UINT message, WPARAM wParam, LP
 }  // namespace
 
 bool RegisterLanguageScreenClass(HINSTANCE instance) {
-  WNDCLASSA windowClass{};
-  windowClass.style = CS_OWNDC;
-  windowClass.lpfnWndProc = LanguageScreenProc;
-  windowClass.hInstance = instance;
-  windowClass.hCursor = LoadCursor(nullptr, IDC_ARROW);
-  windowClass.lpszClassName = kLanguageScreenClass;
-  return RegisterClassA(&windowClass) != 0;
+  return RegisterScreenClass(instance, kLanguageScreenClass, LanguageScreenProc, CS_OWNDC);
 }
 
 HWND OpenLanguageScreen() {
   HideAllBoxesBut(nullptr);
   ControlDC background;
   if (!background.LoadById(kBackground)) return nullptr;
-  RECT frame{0, 0, background.Width(), background.Height()};
-  AdjustWindowRect(&frame, kScreenStyle, FALSE);
-  const int width = frame.right - frame.left;
-  const int height = frame.bottom - frame.top;
-  HWND main = MainWindow();
-  EnableWindow(main, FALSE);
-  HWND screen = CreateWindowExA(0, kLanguageScreenClass, "", kScreenStyle,
-                                (ScreenWidth() - width) / 2, (ScreenHeight() - height) / 2,
-                                width, height, main, nullptr, GetModuleHandleA(nullptr), nullptr);
-  if (!screen) EnableWindow(main, TRUE);
-  return screen;
+  return OpenCentredScreen(kLanguageScreenClass, kScreenStyle, background.Width(),
+                           background.Height(), MainWindow());
 }
 
 }  // namespace qv

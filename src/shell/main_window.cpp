@@ -7,7 +7,7 @@
 #include "graphics/control_dc.h"
 #include "puzzle/play.h"
 #include "puzzle/puzzle_windows.h"
-#include "shell/app.h"
+#include "core/app.h"
 #include "shell/game_hooks.h"
 #include "shell/shell_layout.h"
 #include "shell/title_bar.h"
@@ -27,18 +27,8 @@ struct MainRecord {
   HWND infoButton = nullptr;
 };
 
-constexpr UINT kShowFlags =
-    SWP_NOSIZE | SWP_NOMOVE | SWP_NOZORDER | SWP_SHOWWINDOW | SWP_NOOWNERZORDER;
-constexpr UINT kHideFlags = SWP_NOSIZE | SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE |
-                            SWP_HIDEWINDOW | SWP_NOOWNERZORDER;
-
 HWND CreateButton(HWND parent, const char* className, ShellPoint at, int id, HIMAGE picture) {
-  HWND button = CreateWindowExA(0, className, "", WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS, at.x,
-                                at.y, 50, 50, parent,
-                                reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)),
-                                GetModuleHandleA(nullptr), nullptr);
-  if (button) SendMessageA(button, MWM_SETIMAGE, 0, reinterpret_cast<LPARAM>(picture));
-  return button;
+  return CreatePictureChild(parent, className, at.x, at.y, picture, id);
 }
 
 void CreateBoxButtons(HWND window, MainRecord& r) {
@@ -102,9 +92,9 @@ void ToggleBox(int box) {
   HWND frame = BoxWindow(box);
   if (!frame) return;
   if (IsWindowVisible(frame)) {
-    SetWindowPos(frame, nullptr, 0, 0, 0, 0, kHideFlags);
+    HideInPlace(frame);
   } else {
-    SetWindowPos(frame, nullptr, 0, 0, 0, 0, kShowFlags);
+    ShowInPlace(frame);
   }
 }
 
@@ -153,14 +143,8 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
 }  // namespace
 
 bool RegisterMainWindowClass(HINSTANCE instance) {
-  WNDCLASSA windowClass{};
-  windowClass.style = CS_OWNDC;
-  windowClass.lpfnWndProc = MainWindowProc;
-  windowClass.hInstance = instance;
-  windowClass.hCursor = LoadCursor(nullptr, IDC_ARROW);
-  windowClass.hbrBackground = static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH));
-  windowClass.lpszClassName = kMainWindowClass;
-  return RegisterClassA(&windowClass) != 0;
+  return RegisterScreenClass(instance, kMainWindowClass, MainWindowProc, CS_OWNDC,
+                             static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH)));
 }
 
 HWND CreateMainWindow(HINSTANCE instance) {

@@ -5,10 +5,10 @@
 
 #include "puzzle/puzzle_windows.h"
 #include "setup/new_game_window.h"
-#include "shell/app.h"
+#include "core/app.h"
 #include "shell/language_screen.h"
 #include "shell/main_window.h"
-#include "shell/resource_ids.h"
+#include "core/resource_ids.h"
 #include "shell/title_bar.h"
 #include "widgets/widget_classes.h"
 

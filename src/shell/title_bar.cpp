@@ -12,7 +12,7 @@
 #include "puzzle/puzzle_model.h"
 #include "puzzle/puzzle_windows.h"
 #include "setup/new_game_window.h"
-#include "shell/app.h"
+#include "core/app.h"
 #include "shell/language_screen.h"
 #include "shell/shell_layout.h"
 #include "widgets/widget_classes.h"
@@ -46,11 +46,7 @@ HWND g_titleBar = nullptr;
 std::string g_clockText = ClockText(0, 0, 0);
 
 HWND CreateTitleButton(HWND bar, ShellPoint at, HIMAGE picture) {
-  HWND button = CreateWindowExA(0, kCommandClass, "", WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS,
-                                at.x, at.y, 50, 50, bar, nullptr, GetModuleHandleA(nullptr),
-                                nullptr);
-  if (button) SendMessageA(button, MWM_SETIMAGE, 0, reinterpret_cast<LPARAM>(picture));
-  return button;
+  return CreatePictureChild(bar, kCommandClass, at.x, at.y, picture);
 }
 
 LRESULT OnCreate(HWND bar) {
@@ -164,12 +160,7 @@ LRESULT CALLBACK TitleBarProc(HWND bar, UINT message, WPARAM wParam, LPARAM lPar
 }  // namespace
 
 bool RegisterTitleBarClass(HINSTANCE instance) {
-  WNDCLASSA windowClass{};
-  windowClass.lpfnWndProc = TitleBarProc;
-  windowClass.hInstance = instance;
-  windowClass.hCursor = LoadCursor(nullptr, IDC_ARROW);
-  windowClass.lpszClassName = kTitleBarClass;
-  return RegisterClassA(&windowClass) != 0;
+  return RegisterScreenClass(instance, kTitleBarClass, TitleBarProc);
 }
 
 HWND CreateTitleBar(HWND mainWindow) {

@@ -4,6 +4,7 @@
 #include "graphics/control_dc.h"
 #include "graphics/himage_draw.h"
 #include "graphics/himage_ops.h"
+#include "system/language.h"
 #include "widgets/widget_classes.h"
 #include "widgets/widget_geometry.h"
 #include "widgets/widget_window.h"
@@ -84,7 +85,6 @@ BoxState& Box() {
   return state;
 }
 
-int g_language = 1;  // English, the language the program starts in
 int g_result = 0;
 CBuffer& Typed() {
   static CBuffer typed;
@@ -296,9 +296,6 @@ bool RegisterMessageBoxClass(HINSTANCE instance) {
   return RegisterClassA(&windowClass) != 0;
 }
 
-void SetMessageBoxLanguage(int index) { g_language = index; }
-int MessageBoxLanguage() { return g_language; }
-
 HWND ShowMessageBox(UINT stringBase, HWND parent, bool twoButtons, bool withInput) {
   BoxState& b = Box();
   if (b.window) return nullptr;
@@ -312,7 +309,7 @@ HWND ShowMessageBox(UINT stringBase, HWND parent, bool twoButtons, bool withInpu
   const ScreenPlace place = CentreOnScreen(GetSystemMetrics(SM_CXSCREEN),
                                            GetSystemMetrics(SM_CYSCREEN), width, height);
   HINSTANCE module = GetModuleHandleA(nullptr);
-  if (LoadStringA(module, stringBase + static_cast<UINT>(g_language), b.message,
+  if (LoadStringA(module, stringBase + static_cast<UINT>(CurrentLanguage()), b.message,
                   kMessageCapacity + 1) <= 0) {
     b.message[0] = '\0';
   }

@@ -42,12 +42,8 @@ constexpr int kMessageBoxInputLimit = 23;
 bool RegisterMessageBoxClass(HINSTANCE instance);
 LRESULT CALLBACK MessageBoxProc(HWND box, UINT message, WPARAM wParam, LPARAM lParam);
 
-// The language index added to string bases (0 Spanish, 1 English, ...). The program starts in
-// English; the language screen changes it.
-void SetMessageBoxLanguage(int index);
-int MessageBoxLanguage();
-
-// Opens the box centred on the screen with the string-table text stringBase + language, an OK
+// Opens the box centred on the screen with the string-table text stringBase + the current
+// language, an OK
 // button, a Cancel button when twoButtons, and a 23-character field when withInput. A non-null
 // parent is disabled; enabling it again after the box closes is the caller's duty. Returns the
 // box, or null when a box is already open or its face picture cannot be loaded (the parent is

@@ -22,20 +22,20 @@ SoundTable& Sounds() {
 
 WidgetSoundObserver g_observer = nullptr;
 
+}  // namespace
+
 // A resource of a module stays mapped as long as the module, so the pointer is good for the run.
-const void* LockWave(HINSTANCE module, int identifier) {
+const void* LockWaveResource(HINSTANCE module, int identifier) {
   HRSRC found = FindResourceA(module, MAKEINTRESOURCEA(identifier), "WAVE");
   if (!found) return nullptr;
   HGLOBAL loaded = LoadResource(module, found);
   return loaded ? LockResource(loaded) : nullptr;
 }
 
-}  // namespace
-
 void LoadWidgetSounds(HINSTANCE module) {
   SoundTable& table = Sounds();
-  table.hover = LockWave(module, kHoverSound);
-  table.click = LockWave(module, kClickSound);
+  table.hover = LockWaveResource(module, kHoverSound);
+  table.click = LockWaveResource(module, kClickSound);
   table.loaded = true;
 }
 

@@ -9,6 +9,9 @@ namespace qv {
 // run. A module without them plays nothing; the widgets work silently.
 void LoadWidgetSounds(HINSTANCE module);
 
+// A WAVE resource of the module, locked for the whole run; null when it is missing.
+const void* LockWaveResource(HINSTANCE module, int identifier);
+
 // Plays one of them asynchronously, with no default sound and without waiting. The first call
 // loads them from the running program when LoadWidgetSounds was never called.
 void PlayWidgetSound(int resource);

@@ -8,7 +8,7 @@
 #include "graphics/himage_draw.h"
 #include "graphics/himage_ops.h"
 #include "graphics/resource_file.h"
-#include "shell/debug_output.h"
+#include "system/debug_output.h"
 #include "support/rf_writer.h"
 #include "widgets/demo/demo_art.h"
 #include "widgets/widget_classes.h"

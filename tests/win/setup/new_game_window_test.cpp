@@ -16,7 +16,7 @@
 #include "setup/new_game_parts.h"
 #include "setup/pickers.h"
 #include "setup_test_doubles.h"
-#include "shell/app.h"
+#include "core/app.h"
 #include "support/assert_recorder.h"
 #include "widgets/widget_classes.h"
 #include "widgets/widget_messages.h"

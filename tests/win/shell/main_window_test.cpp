@@ -9,7 +9,7 @@
 
 #include "graphics/resource_file.h"
 #include "puzzle/puzzle_model.h"
-#include "shell/app.h"
+#include "core/app.h"
 #include "shell/language_screen.h"
 #include "shell/main_window.h"
 #include "shell/startup_win32.h"

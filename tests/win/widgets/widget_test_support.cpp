@@ -5,7 +5,7 @@
 #include <string>
 
 #include "graphics/resource_file.h"
-#include "shell/debug_output.h"
+#include "system/debug_output.h"
 #include "support/rf_writer.h"
 #include "widgets/widget_sounds.h"
 

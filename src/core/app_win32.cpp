@@ -1,11 +1,11 @@
-// The shell's process-wide values: screen size, program folder, language, the shared windows.
-#include "shell/app.h"
+// The application core's process-wide values: screen size, program folder, the shared windows.
+#include "core/app.h"
 
 #include <shellapi.h>
 
 #include <cstring>
 
-#include "shell/button_feedback.h"
+#include "core/button_feedback.h"
 #include "widgets/widget_classes.h"
 #include "widgets/widget_messages.h"
 #include "widgets/widget_sounds.h"
@@ -18,16 +18,12 @@ const int g_screenWidth = GetSystemMetrics(SM_CXSCREEN);
 const int g_screenHeight = GetSystemMetrics(SM_CYSCREEN);
 
 std::string g_programFolder;
-int g_language = 1;
 HWND g_mainWindow = nullptr;
 HWND g_boxWindows[6] = {};
 HWND g_boxButtons[6] = {};
 HWND g_previewWindow = nullptr;
 
 bool ValidBox(int box) { return box >= 0 && box < 6; }
-
-constexpr UINT kHideFlags = SWP_NOSIZE | SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE |
-                            SWP_HIDEWINDOW | SWP_NOOWNERZORDER;
 
 bool IsAnimatedButton(HWND window) {
   char name[16] = {};
@@ -43,13 +39,6 @@ int ScreenHeight() { return g_screenHeight; }
 const std::string& ProgramFolder() { return g_programFolder; }
 void SetProgramFolder(const std::string& folder) { g_programFolder = folder; }
 
-int CurrentLanguage() { return g_language; }
-void SetCurrentLanguage(int language) {
-  if (language < 0 || language > 5) return;
-  g_language = language;
-  SetMessageBoxLanguage(language);
-}
-
 std::string ModuleString(std::uint32_t identifier, int maxLength) {
   if (maxLength < 2) return std::string();
   std::string text(static_cast<std::size_t>(maxLength), '\0');
@@ -60,7 +49,7 @@ std::string ModuleString(std::uint32_t identifier, int maxLength) {
 }
 
 std::string LocalizedString(std::uint32_t base, int maxLength) {
-  return ModuleString(base + static_cast<std::uint32_t>(g_language), maxLength);
+  return ModuleString(base + static_cast<std::uint32_t>(CurrentLanguage()), maxLength);
 }
 
 HWND MainWindow() { return g_mainWindow; }
@@ -78,14 +67,14 @@ void SetPreviewWindow(HWND window) { g_previewWindow = window; }
 
 void HideAllBoxesBut(HWND keep) {
   for (HWND box : g_boxWindows) {
-    if (box && box != keep) SetWindowPos(box, nullptr, 0, 0, 0, 0, kHideFlags);
+    if (box && box != keep) HideInPlace(box);
   }
-  if (g_previewWindow) SetWindowPos(g_previewWindow, nullptr, 0, 0, 0, 0, kHideFlags);
+  HideInPlace(g_previewWindow);
 }
 
 void OpenHelp() {
   const std::string page =
-      g_programFolder + "Help\\" + std::to_string(g_language) + "\\Index.htm";
+      g_programFolder + "Help\\" + std::to_string(CurrentLanguage()) + "\\Index.htm";
   SHELLEXECUTEINFOA info{};
   info.cbSize = sizeof info;
   info.fMask = SEE_MASK_NOASYNC;

@@ -1,5 +1,5 @@
 // The Windows assertion handler.
-#include "shell/debug_output.h"
+#include "system/debug_output.h"
 
 #include <windows.h>
 

@@ -1,5 +1,5 @@
 // The animated buttons' feedback: hover picture on press, open animation on entering.
-#include "shell/button_feedback.h"
+#include "core/button_feedback.h"
 
 #include "system/assert.h"
 

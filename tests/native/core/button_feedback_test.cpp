@@ -1,7 +1,7 @@
 // The animated buttons' feedback: press and release, the opening and closing animation.
 #include <gtest/gtest.h>
 
-#include "shell/button_feedback.h"
+#include "core/button_feedback.h"
 #include "support/assert_recorder.h"
 
 namespace qv {

@@ -1,4 +1,5 @@
-// Process-wide values and services of the shell that every screen uses.
+// The application core: process-wide values and services that every screen may use. It includes
+// no screen; the shell assembles the screens on top of it.
 #pragma once
 
 #include <windows.h>
@@ -6,11 +7,11 @@
 #include <cstdint>
 #include <string>
 
-namespace qv {
+#include "core/look.h"
+#include "core/window_helpers.h"
+#include "system/language.h"
 
-// The face and colour of the program's own texts (clock, language names, captions).
-constexpr char kProgramFace[] = "Tahoma";
-constexpr COLORREF kInterfaceTextColour = RGB(250, 240, 210);
+namespace qv {
 
 // The primary screen's size, read once before the main routine runs.
 int ScreenWidth();
@@ -19,11 +20,6 @@ int ScreenHeight();
 // The folder of the program file with its trailing backslash ("" until the main routine sets it).
 const std::string& ProgramFolder();
 void SetProgramFolder(const std::string& folder);
-
-// The interface language, 0 Spanish ... 5 German; the program starts in English. Setting it also
-// sets the message box's language.
-int CurrentLanguage();
-void SetCurrentLanguage(int language);
 
 // The module's string base + current language, at most maxLength - 1 characters ("" when absent).
 std::string LocalizedString(std::uint32_t base, int maxLength);
