@@ -9,6 +9,7 @@
 #include "puzzle/puzzle_model.h"
 #include "puzzle/puzzle_windows.h"
 #include "puzzle/puzzle_windows_internal.h"
+#include "system/assert.h"
 #include "core/app.h"
 #include "widgets/widget_window.h"
 
@@ -297,7 +298,10 @@ LRESULT CALLBACK AreaWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
 }
 
 HWND CreateAreaWindow(int area, HWND parent, const RECT& place, HWND ownerTag) {
-  if (!ValidArea(area) || !parent) return nullptr;
+  if (!QV_CHECK(ValidArea(area), "Valor de Id invalido, supera el numero de boxs especificado") ||
+      !parent) {
+    return nullptr;
+  }
   AreaCreateParams params;
   params.area = area;
   params.ownerTag = ownerTag;
@@ -323,6 +327,10 @@ int AreaOfWindow(HWND window) {
 namespace qv {
 
 HWND CreateBoardWindow(HWND parent) {
+  // The engine has one table, so the old window goes before the new one cuts on its first size.
+  // The parent draws nothing meanwhile: the old table stays on screen until the new one is cut
+  // and composed, instead of the parent's black showing through for the length of the cut.
+  if (parent) SendMessageA(parent, WM_SETREDRAW, FALSE, 0);
   if (HWND old = puzzle_win::AreaWindow(AREA_TABLERO)) DestroyWindow(old);
   const EstadoPuzzle& p = Puzzle();
   const RECT place{kBoardLeft, kBoardTop, kBoardLeft + p.boardWidth, kBoardTop + p.boardHeight};
@@ -331,6 +339,10 @@ HWND CreateBoardWindow(HWND parent) {
   // stand over its border whenever the board is made.
   if (board) {
     SetWindowPos(board, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+  }
+  if (parent) {
+    SendMessageA(parent, WM_SETREDRAW, TRUE, 0);
+    RedrawWindow(parent, nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN | RDW_UPDATENOW);
   }
   return board;
 }

@@ -13,6 +13,7 @@
 #include "puzzle/puzzle_model.h"
 #include "puzzle/puzzle_windows.h"
 #include "puzzle/puzzle_windows_internal.h"
+#include "system/assert.h"
 #include "core/app.h"
 #include "widgets/widget_classes.h"
 #include "widgets/widget_window.h"
@@ -30,6 +31,7 @@ constexpr int kButtonSide = 22;
 constexpr int kNameBytes = 40;
 constexpr UINT kRenamePrompt = 20;
 constexpr std::uint32_t kTitleImage = 225;
+constexpr int kTitleEndWidth = 8;  // the title strip's rim and rounded corner at each end
 constexpr std::uint32_t kSideImage = 227;
 constexpr std::uint32_t kBottomImage = 228;
 constexpr std::uint32_t kCloseImage = 229;
@@ -134,6 +136,25 @@ void TileAcross(HDC dc, HIMAGE picture, int x, int y, int width, int height) {
   }
 }
 
+// Draws a strip with bordered ends at any width: both ends as they are, the middle repeated from
+// the picture's own middle, so that a widened title keeps one rim at each end.
+void StripAcross(HDC dc, HIMAGE picture, int width, int height) {
+  if (!picture || width <= 0 || height <= 0) return;
+  const int pictureWidth = ImageWidth(picture);
+  const int end = std::min(kTitleEndWidth, pictureWidth / 3);
+  const int rows = std::min(height, ImageHeight(picture));
+  const int left = std::min(end, width / 2);
+  const int right = std::min(end, width - left);
+  ImageDrawToContext(dc, 0, 0, left, rows, picture, 0, 0, kRopSrcCopy);
+  const int middle = pictureWidth - 2 * end;
+  for (int at = left; at < width - right; at += middle) {
+    ImageDrawToContext(dc, at, 0, std::min(middle, width - right - at), rows, picture, end, 0,
+                       kRopSrcCopy);
+  }
+  ImageDrawToContext(dc, width - right, 0, right, rows, picture, pictureWidth - right, 0,
+                     kRopSrcCopy);
+}
+
 void TileDown(HDC dc, HIMAGE picture, int x, int y, int width, int height) {
   if (!picture || width <= 0 || height <= 0) return;
   const int step = ImageHeight(picture);
@@ -148,7 +169,7 @@ void PaintFrame(HDC dc, const BoxRecord& b, SIZE size) {
   const int t = TitleHeight();
   const RECT all{0, 0, size.cx, size.cy};
   FillRect(dc, &all, static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH)));
-  TileAcross(dc, art.title.Dib(), 0, 0, size.cx, t);
+  StripAcross(dc, art.title.Dib(), size.cx, t);
   TileDown(dc, art.side.Dib(), 0, t, kBoxBorder, size.cy - t);
   TileDown(dc, art.side.Dib(), size.cx - kBoxBorder, t, kBoxBorder, size.cy - t);
   TileAcross(dc, art.bottom.Dib(), kBoxBorder, t, size.cx - 2 * kBoxBorder, kBoxBorder);
@@ -195,7 +216,8 @@ void OnButtonDown(HWND window, BoxRecord& b, LPARAM lParam) {
   const SIZE size = ClientSize(window);
   const FrameDrag mode = FrameDragAt(widget::PointX(lParam), widget::PointY(lParam), size.cx,
                                      size.cy, TitleHeight());
-  if (mode == FrameDrag::None) return;
+  // The area covers the inside of the frame, so every press the frame itself gets is on a strip.
+  if (!QV_CHECK(mode != FrameDrag::None, "modo de arrastre no reconocido")) return;
   RECT place;
   GetWindowRect(window, &place);
   b.drag = mode;
