@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "core/button_feedback.h"
+#include "core/resource_ids.h"
 #include "widgets/widget_classes.h"
 #include "widgets/widget_messages.h"
 #include "widgets/widget_sounds.h"
@@ -72,17 +73,30 @@ void HideAllBoxesBut(HWND keep) {
   HideInPlace(g_previewWindow);
 }
 
+// The shell is told to show no dialog of its own: its dialog is owned by the main window, and
+// closing it enables and activates the main window while the screen that asked for help is still
+// open, so that screen loses the keyboard and the main window takes clicks meant to wait for it.
+// The game says it in its own box over that screen, and gives the screen its keyboard back.
 void OpenHelp() {
   const std::string page =
       g_programFolder + "Help\\" + std::to_string(CurrentLanguage()) + "\\Index.htm";
   SHELLEXECUTEINFOA info{};
   info.cbSize = sizeof info;
-  info.fMask = SEE_MASK_NOASYNC;
+  info.fMask = SEE_MASK_NOASYNC | SEE_MASK_FLAG_NO_UI;
   info.hwnd = g_mainWindow;
   info.lpVerb = "open";
   info.lpFile = page.c_str();
   info.nShow = SW_SHOWNORMAL;
-  ShellExecuteExA(&info);
+  if (ShellExecuteExA(&info)) return;
+
+  HWND screen = GetActiveWindow();
+  if (!screen) screen = g_mainWindow;
+  if (HWND box = ShowMessageBox(IDS_NO_HELP_PROGRAM, screen, false, false)) RunMessageBox(box);
+  if (!screen || !IsWindow(screen)) return;
+  EnableWindow(screen, TRUE);
+  SetForegroundWindow(screen);
+  SetActiveWindow(screen);
+  SetFocus(screen);
 }
 
 void ButtonFeedback(HWND button, int event) {

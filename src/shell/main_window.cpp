@@ -77,9 +77,11 @@ void OnDestroy(HWND window) {
   PostQuitMessage(0);
 }
 
+// The window is never maximized (see CreateMainWindow): coming back from the task bar restores
+// it, and that counts as the maximize would.
 void OnSize(WPARAM kind) {
   if (kind == SIZE_MINIMIZED) Puzzle().RelojPausado = 1;
-  if (kind == SIZE_MAXIMIZED) Puzzle().RelojPausado = 0;
+  if (kind == SIZE_MAXIMIZED || kind == SIZE_RESTORED) Puzzle().RelojPausado = 0;
 }
 
 void OnPaint(HWND window) {
@@ -147,10 +149,17 @@ bool RegisterMainWindowClass(HINSTANCE instance) {
                              static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH)));
 }
 
+// The window is given the whole screen itself, its frame just outside it, instead of being
+// created maximized: a maximized window's size is the window manager's to give, and with none
+// (or under one that ignores the request) it kept its nominal size. A pop-up that covers the
+// screen is shown full screen by window managers and by Windows alike.
 HWND CreateMainWindow(HINSTANCE instance) {
-  return CreateWindowExA(0, kMainWindowClass, "Quorvex",
-                         WS_POPUP | WS_VISIBLE | WS_CLIPCHILDREN | WS_MAXIMIZE | WS_DLGFRAME, 0,
-                         0, 100, 100, nullptr, nullptr, instance, nullptr);
+  constexpr DWORD kStyle = WS_POPUP | WS_VISIBLE | WS_CLIPCHILDREN | WS_DLGFRAME;
+  RECT outer{0, 0, ScreenWidth(), ScreenHeight()};
+  AdjustWindowRect(&outer, kStyle, FALSE);
+  return CreateWindowExA(0, kMainWindowClass, "Quorvex", kStyle, outer.left, outer.top,
+                         outer.right - outer.left, outer.bottom - outer.top, nullptr, nullptr,
+                         instance, nullptr);
 }
 
 }  // namespace qv

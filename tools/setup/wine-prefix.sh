@@ -1,17 +1,21 @@
 #!/usr/bin/env bash
 # Prepares a Wine prefix for the game: virtual desktop of the given size, real fonts, no sound
-# card noise. Usage: wine-prefix.sh PREFIX WIDTHxHEIGHT
+# card noise, and .htm pages opened by the desktop's browser.
+# Usage: wine-prefix.sh PREFIX WIDTHxHEIGHT [--no-desktop]
+#   --no-desktop: no virtual desktop, every window straight on the X screen (as on a desktop
+#   whose Wine has none configured); tests use it to check the game's own window placement.
 set -euo pipefail
 mkdir -p "$1"
 prefix=$(cd "$1" && pwd)
 size=${2:-1024x768}
+desktop=yes
+[ "${3:-}" = --no-desktop ] && desktop=no
 export WINEPREFIX=$prefix WINEDEBUG=-all WINEDLLOVERRIDES="mscoree=;mshtml="
 mkdir -p "$prefix"
 
 if [ ! -f "$prefix/.quorvex-ready" ]; then
   echo "Preparing the Wine prefix in $prefix"
   wine wineboot -i >/dev/null 2>&1 || true
-  wine reg add 'HKCU\Software\Wine\Explorer' /v Desktop /d Default /f >/dev/null 2>&1
   wine reg add 'HKCU\Software\Wine\Drivers' /v Audio /d "" /f >/dev/null 2>&1
   fonts="$prefix/drive_c/windows/Fonts"
   mkdir -p "$fonts"
@@ -21,5 +25,19 @@ if [ ! -f "$prefix/.quorvex-ready" ]; then
   done
   touch "$prefix/.quorvex-ready"
 fi
-wine reg add 'HKCU\Software\Wine\Explorer\Desktops' /v Default /d "$size" /f >/dev/null 2>&1
+# Wine's own HTML viewer is left out above, and with it the registration of .htm pages: without
+# it the help page has no program. Wine's browser bridge (htmlfile, which calls xdg-open) hands
+# them to the desktop's browser. Also done for prefixes prepared before this was added.
+if ! wine reg query 'HKCR\.htm' /ve >/dev/null 2>&1; then
+  wine reg add 'HKCR\.htm' /ve /d htmlfile /f >/dev/null 2>&1
+  wine reg add 'HKCR\.html' /ve /d htmlfile /f >/dev/null 2>&1
+  wine reg add 'HKCR\htmlfile\shell\open\command' /ve \
+    /d '"C:\windows\system32\winebrowser.exe" "%1"' /f >/dev/null 2>&1
+fi
+if [ "$desktop" = yes ]; then
+  wine reg add 'HKCU\Software\Wine\Explorer' /v Desktop /d Default /f >/dev/null 2>&1
+  wine reg add 'HKCU\Software\Wine\Explorer\Desktops' /v Default /d "$size" /f >/dev/null 2>&1
+else
+  wine reg delete 'HKCU\Software\Wine\Explorer' /v Desktop /f >/dev/null 2>&1 || true
+fi
 wineserver -w

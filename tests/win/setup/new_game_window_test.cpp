@@ -165,6 +165,7 @@ HWND ShapeOption(HWND screen, int s) { return ChildAt(screen, kCheckClass, 371 +
 HWND Cycler(HWND screen) { return ChildAt(screen, kAnimClass, 147, 65); }
 HWND Confirm(HWND screen) { return ChildAt(screen, kCommandClass, 119, 255); }
 HWND Cancel(HWND screen) { return ChildAt(screen, kCommandClass, 514, 257); }
+HWND Help(HWND screen) { return ChildAt(screen, kAnimClass, 246, 235); }
 HWND Larger(HWND screen) { return ChildAt(screen, kAnimClass, 452, 44); }
 
 // The two sliders share a place; the one shown belongs to the current tab.
@@ -259,6 +260,7 @@ class SetupEnvironment : public ::testing::Environment {
     HINSTANCE module = GetModuleHandleA(nullptr);
     ASSERT_TRUE(RegisterWidgetClasses(module));
     ASSERT_TRUE(RegisterNewGameClasses(module));
+    ASSERT_TRUE(RegisterMessageBoxClass(module));
     WNDCLASSA main{};
     main.lpfnWndProc = MainProc;
     main.hInstance = module;
@@ -524,6 +526,144 @@ TEST_F(NewGameScreen, AnUnreadablePictureIsShownUnavailableAndNeverChosen) {
   EXPECT_EQ(SendMessageA(tiles[1], NGM_GETSELECTED, 0, 0), 1);
   EXPECT_NE(std::string(PuzzlePicturePath()).find("2.bmp"), std::string::npos);
   Screenshot(screen_, "newgame-unreadable");
+}
+
+
+// ---- The help button -----------------------------------------------------------------------
+
+// Makes .htm pages open with `command` (none: no program) for one test, as the prefix had them.
+class HtmAssociation {
+ public:
+  explicit HtmAssociation(const std::string& command) {
+    LONG size = sizeof saved_;
+    had_ = RegQueryValueA(HKEY_CLASSES_ROOT, ".htm", saved_, &size) == ERROR_SUCCESS;
+    RegSetValueA(HKEY_CLASSES_ROOT, ".htm", REG_SZ, kProgId, 0);
+    RegDeleteTreeA(HKEY_CLASSES_ROOT, kProgId);
+    if (!command.empty()) {
+      RegSetValueA(HKEY_CLASSES_ROOT, (std::string(kProgId) + "\\shell\\open\\command").c_str(),
+                   REG_SZ, command.c_str(), 0);
+    }
+  }
+  ~HtmAssociation() {
+    RegDeleteTreeA(HKEY_CLASSES_ROOT, kProgId);
+    if (had_) {
+      RegSetValueA(HKEY_CLASSES_ROOT, ".htm", REG_SZ, saved_, 0);
+    } else {
+      RegDeleteTreeA(HKEY_CLASSES_ROOT, ".htm");
+    }
+  }
+  HtmAssociation(const HtmAssociation&) = delete;
+  HtmAssociation& operator=(const HtmAssociation&) = delete;
+
+ private:
+  static constexpr char kProgId[] = "QuorvexTestPage";
+  char saved_[MAX_PATH] = {};
+  bool had_ = false;
+};
+
+// What the game's box showed while it was open, seen from a timer of its modal loop, which
+// then presses its OK button as a player would.
+struct BoxSeen {
+  bool shown = false;
+  bool screenShown = false;
+  bool shellDialog = false;
+  HWND owner = nullptr;
+};
+BoxSeen g_boxSeen;
+HWND g_helpScreen = nullptr;
+
+void CALLBACK LookAtBoxAndPressOk(HWND, UINT, UINT_PTR timer, DWORD) {
+  // A dialog of the shell's own is a failure; it is answered so that the test goes on.
+  if (HWND dialog = FindWindowA("#32770", nullptr)) {
+    g_boxSeen.shellDialog = true;
+    PostMessageA(dialog, WM_COMMAND, IDOK, 0);
+    return;
+  }
+  HWND box = FindWindowA(kMessageBoxClass, nullptr);
+  if (!box || !IsWindowVisible(box)) return;
+  KillTimer(nullptr, timer);
+  g_boxSeen.shown = true;
+  g_boxSeen.owner = GetWindow(box, GW_OWNER);
+  g_boxSeen.screenShown = IsWindow(g_helpScreen) && IsWindowVisible(g_helpScreen);
+  HWND ok = FindWindowExA(box, nullptr, kCommandClass, nullptr);
+  RECT place{};
+  GetWindowRect(ok, &place);
+  char arguments[80];
+  std::snprintf(arguments, sizeof arguments, "mousemove %ld %ld click 1",
+                (place.left + place.right) / 2, (place.top + place.bottom) / 2);
+  if (!Xdotool(arguments)) PostMessageA(box, WM_CLOSE, 0, 0);
+}
+
+TEST_F(NewGameScreen, HelpWithNoProgramForPagesIsSaidInTheGamesBoxAndTheScreenKeepsItsState) {
+  HtmAssociation none("");
+  ASSERT_NE(Open(), nullptr);
+  const std::vector<HWND> tiles = Tiles(screen_);
+  ASSERT_EQ(tiles.size(), 5u);
+  Click(tiles[2]);
+  ASSERT_EQ(SendMessageA(tiles[2], NGM_GETSELECTED, 0, 0), 1);
+  ASSERT_NE(Help(screen_), nullptr);
+
+  g_boxSeen = BoxSeen{};
+  g_helpScreen = screen_;
+  const UINT_PTR timer = SetTimer(nullptr, 0, 100, LookAtBoxAndPressOk);
+  Click(Help(screen_));  // returns once the box is closed
+  KillTimer(nullptr, timer);
+  EXPECT_TRUE(g_boxSeen.shown) << "the game's own box never showed";
+  EXPECT_EQ(g_boxSeen.owner, screen_);
+  EXPECT_TRUE(g_boxSeen.screenShown);
+  EXPECT_EQ(FindWindowA(kMessageBoxClass, nullptr), nullptr);
+  EXPECT_FALSE(g_boxSeen.shellDialog) << "the shell showed a dialog of its own";
+
+  // The screen is as the player left it, above its still disabled owner, with the keyboard.
+  ASSERT_TRUE(IsWindow(screen_));
+  EXPECT_TRUE(IsWindowVisible(screen_));
+  EXPECT_TRUE(IsWindowEnabled(screen_));
+  EXPECT_FALSE(IsWindowEnabled(main_));
+  EXPECT_EQ(GetActiveWindow(), screen_);
+  EXPECT_EQ(SendMessageA(tiles[2], NGM_GETSELECTED, 0, 0), 1);
+  EXPECT_NE(std::string(PuzzlePicturePath()).find("3.bmp"), std::string::npos);
+
+  // Escape closes it and changes nothing else.
+  if (!Xdotool("key Escape")) return;
+  EXPECT_TRUE(PumpUntil([&] { return !IsWindow(screen_); })) << "Escape did not close the screen";
+  EXPECT_NE(std::string(PuzzlePicturePath()).find("3.bmp"), std::string::npos);
+  EXPECT_TRUE(IsWindowEnabled(main_));
+}
+
+TEST_F(NewGameScreen, HelpAsksTheShellToOpenTheCurrentLanguagesIndexPage) {
+  char temp[MAX_PATH];
+  GetTempPathA(MAX_PATH, temp);
+  const std::string opened = std::string(temp) + "quorvex-help-opened.txt";
+  DeleteFileA(opened.c_str());
+  HtmAssociation test("C:\\windows\\system32\\cmd.exe /c echo %1> \"" + opened + "\"");
+  SetCurrentLanguage(0);
+  ASSERT_NE(Open(), nullptr);
+  Click(Help(screen_));
+  const DWORD start = GetTickCount();
+  while (GetFileAttributesA(opened.c_str()) == INVALID_FILE_ATTRIBUTES &&
+         GetTickCount() - start < 8000) {
+    Pump(50);
+  }
+  Pump(300);  // the file exists before its line is written
+  SetCurrentLanguage(1);
+  std::string line;
+  if (FILE* file = std::fopen(opened.c_str(), "rb")) {
+    char buffer[MAX_PATH * 2] = {};
+    line.assign(buffer, std::fread(buffer, 1, sizeof buffer - 1, file));
+    std::fclose(file);
+  }
+  ASSERT_FALSE(line.empty()) << "the shell never ran the page's program";
+  std::replace(line.begin(), line.end(), '/', '\\');
+  while (!line.empty() && (line.back() == '\n' || line.back() == '\r' || line.back() == ' ' ||
+                           line.back() == '"')) {
+    line.pop_back();
+  }
+  const std::string page = "dist\\Help\\0\\Index.htm";
+  ASSERT_GE(line.size(), page.size()) << line;
+  EXPECT_EQ(line.substr(line.size() - page.size()), page) << line;
+  EXPECT_EQ(FindWindowA(kMessageBoxClass, nullptr), nullptr);
+  EXPECT_TRUE(IsWindow(screen_));
+  DeleteFileA(opened.c_str());
 }
 
 }  // namespace

@@ -125,9 +125,28 @@ TEST_F(MainWindowTest, BoxButtonTogglesItsBox) {
   EXPECT_FALSE(IsWindowVisible(box));
 }
 
-TEST_F(MainWindowTest, MinimisingPausesTheClock) {
-  SendMessageA(MainWindow(), WM_SIZE, SIZE_MINIMIZED, 0);
+RECT ClientOnScreen(HWND window) {
+  RECT r{};
+  GetClientRect(window, &r);
+  MapWindowPoints(window, nullptr, reinterpret_cast<POINT*>(&r), 2);
+  return r;
+}
+
+// The client area is the screen, before and after a trip to the task bar, which stops the clock.
+TEST_F(MainWindowTest, MinimisingPausesTheClockAndRestoringGivesTheScreenBack) {
+  const RECT screen{0, 0, ScreenWidth(), ScreenHeight()};
+  const RECT first = ClientOnScreen(MainWindow());
+  EXPECT_TRUE(EqualRect(&screen, &first));
+  ShowWindow(MainWindow(), SW_MINIMIZE);
+  Pump();
   EXPECT_EQ(Puzzle().RelojPausado, 1);
+  ShowWindow(MainWindow(), SW_RESTORE);
+  Pump();
+  EXPECT_EQ(Puzzle().RelojPausado, 0);
+  const RECT back = ClientOnScreen(MainWindow());
+  EXPECT_TRUE(EqualRect(&screen, &back))
+      << back.left << "," << back.top << " " << back.right << "," << back.bottom;
+  SendMessageA(MainWindow(), WM_SIZE, SIZE_MINIMIZED, 0);
   SendMessageA(MainWindow(), WM_SIZE, SIZE_MAXIMIZED, 0);
   EXPECT_EQ(Puzzle().RelojPausado, 0);
 }
