@@ -100,6 +100,23 @@ void ToggleBox(int box) {
   }
 }
 
+// Open boxes float over the table until they are closed. They are owned by this window, which
+// keeps them above it on Windows; under X without a window manager a click on the table raised
+// the table's window over them, so every press on a child puts the open boxes back on top.
+void KeepOpenBoxesOnTop() {
+  for (int box = 0; box < kBoxCount; ++box) {
+    HWND frame = BoxWindow(box);
+    if (frame && IsWindowVisible(frame)) {
+      SetWindowPos(frame, HWND_TOP, 0, 0, 0, 0,
+                   SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE | SWP_NOOWNERZORDER);
+    }
+  }
+}
+
+void OnParentNotify(WPARAM wParam) {
+  if (LOWORD(wParam) == WM_LBUTTONDOWN) KeepOpenBoxesOnTop();
+}
+
 void OnNotify(HWND window, WPARAM code, LPARAM lParam) {
   if (static_cast<int>(code) != MWN_CLICKED) return;
   HWND sender = reinterpret_cast<HWND>(lParam);
@@ -136,6 +153,9 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
       return 0;
     case MWM_NOTIFY:
       OnNotify(window, wParam, lParam);
+      return 0;
+    case WM_PARENTNOTIFY:
+      OnParentNotify(wParam);
       return 0;
     default:
       return DefWindowProcA(window, message, wParam, lParam);
