@@ -136,8 +136,8 @@ void TileAcross(HDC dc, HIMAGE picture, int x, int y, int width, int height) {
   }
 }
 
-// Draws a strip with bordered ends at any width: both ends as they are, the middle repeated from
-// the picture's own middle, so that a widened title keeps one rim at each end.
+// Draws a strip with bordered ends at any width: both ends as they are and the middle stretched
+// between them, so that a widened title keeps one rim at each end and its light runs evenly.
 void StripAcross(HDC dc, HIMAGE picture, int width, int height) {
   if (!picture || width <= 0 || height <= 0) return;
   const int pictureWidth = ImageWidth(picture);
@@ -146,13 +146,15 @@ void StripAcross(HDC dc, HIMAGE picture, int width, int height) {
   const int left = std::min(end, width / 2);
   const int right = std::min(end, width - left);
   ImageDrawToContext(dc, 0, 0, left, rows, picture, 0, 0, kRopSrcCopy);
-  const int middle = pictureWidth - 2 * end;
-  for (int at = left; at < width - right; at += middle) {
-    ImageDrawToContext(dc, at, 0, std::min(middle, width - right - at), rows, picture, end, 0,
-                       kRopSrcCopy);
-  }
   ImageDrawToContext(dc, width - right, 0, right, rows, picture, pictureWidth - right, 0,
                      kRopSrcCopy);
+  const int middle = width - left - right;
+  if (middle <= 0) return;
+  const int stretchMode = SetStretchBltMode(dc, COLORONCOLOR);
+  StretchDIBits(dc, left, 0, middle, rows, end, ImageHeight(picture) - rows,
+                pictureWidth - 2 * end, rows, DibPixels(picture),
+                reinterpret_cast<const BITMAPINFO*>(picture), DIB_RGB_COLORS, SRCCOPY);
+  SetStretchBltMode(dc, stretchMode);
 }
 
 void TileDown(HDC dc, HIMAGE picture, int x, int y, int width, int height) {
