@@ -17,31 +17,31 @@ deps:
 native: deps
 	@test -f $(BUILD)/native/CMakeCache.txt || cmake -S . -B $(BUILD)/native $(CONFIG) \
 	  -DQV_TEST_PREFIX=native -DQV_TEST_LABEL=native
-	cmake --build $(BUILD)/native -j $(JOBS)
+	@bash tools/test/timed.sh $(BUILD) native cmake --build $(BUILD)/native -j $(JOBS)
 
 asan: deps
 	@test -f $(BUILD)/asan/CMakeCache.txt || cmake -S . -B $(BUILD)/asan $(CONFIG) \
 	  -DQV_SANITIZE=ON -DQV_TEST_PREFIX=asan -DQV_TEST_LABEL=asan \
 	  "-DCMAKE_CXX_FLAGS_RELWITHDEBINFO=-O1 -g1 -DNDEBUG"
-	cmake --build $(BUILD)/asan -j $(JOBS)
+	@bash tools/test/timed.sh $(BUILD) asan cmake --build $(BUILD)/asan -j $(JOBS)
 
 fuzz-tree: deps
 	@test -f $(BUILD)/fuzz/CMakeCache.txt || cmake -S . -B $(BUILD)/fuzz $(CONFIG) \
 	  -DCMAKE_TOOLCHAIN_FILE=cmake/toolchain-clang.cmake -DQV_FUZZ=ON
-	cmake --build $(BUILD)/fuzz -j $(JOBS)
+	@bash tools/test/timed.sh $(BUILD) fuzz cmake --build $(BUILD)/fuzz -j $(JOBS)
 
 # The Windows trees take the game's data from the native tree's asset tool.
 win64: deps native
 	@test -f $(BUILD)/win64/CMakeCache.txt || cmake -S . -B $(BUILD)/win64 $(CONFIG) \
 	  -DCMAKE_TOOLCHAIN_FILE=cmake/toolchain-mingw64.cmake -DQV_TEST_PREFIX=win64 \
 	  -DQV_WINEPREFIX=$(abspath $(BUILD))/wine-test -DQV_ASSET_TOOLS=$(abspath $(BUILD))/native/tools
-	cmake --build $(BUILD)/win64 -j $(JOBS)
+	@bash tools/test/timed.sh $(BUILD) win64 cmake --build $(BUILD)/win64 -j $(JOBS)
 
 win32: deps native
 	@test -f $(BUILD)/win32/CMakeCache.txt || cmake -S . -B $(BUILD)/win32 $(CONFIG) \
 	  -DCMAKE_TOOLCHAIN_FILE=cmake/toolchain-mingw32.cmake -DQV_GAME_ONLY=ON \
 	  -DQV_ASSET_TOOLS=$(abspath $(BUILD))/native/tools
-	cmake --build $(BUILD)/win32 -j $(JOBS)
+	@bash tools/test/timed.sh $(BUILD) win32 cmake --build $(BUILD)/win32 -j $(JOBS)
 
 build: native asan fuzz-tree win64 win32
 

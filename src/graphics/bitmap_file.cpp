@@ -191,31 +191,40 @@ bool BitmapFile::Open(const char* path) {
   newPath[length] = '\0';
 
   Close();
-  if (!file_.OpenRead(newPath.get())) {
+  if (!file_.OpenRead(newPath.get()) || !ReadHeader()) {
     Close();
     return false;
   }
+  path_ = std::move(newPath);
+  return true;
+}
+
+bool BitmapFile::OpenBytes(std::span<const std::uint8_t> bytes) {
+  Close();
+  file_.OpenBytes(bytes);
+  if (!ReadHeader()) {
+    Close();
+    return false;
+  }
+  return true;
+}
+
+bool BitmapFile::ReadHeader() {
   char magic[2] = {};
   if (!file_.ReadExact(magic, sizeof magic) || magic[0] != 'B' || magic[1] != 'M') {
-    Close();
     return false;
   }
   auto header = std::unique_ptr<BitmapInfoHeader>(new (std::nothrow) BitmapInfoHeader());
   if (!header || !file_.Seek(kInfoHeaderOffset) ||
       !file_.ReadExact(header.get(), sizeof(BitmapInfoHeader))) {
-    Close();
     return false;
   }
   const std::int64_t colours = AcceptHeader(*header, file_.Size());
-  if (colours < 0) {
-    Close();
-    return false;
-  }
+  if (colours < 0) return false;
   headerValid_ = 1;
   compressed_ = header->biCompression != kBiRgb ? 1 : 0;
   colourCount_ = static_cast<std::int32_t>(colours);
   header_ = std::move(header);
-  path_ = std::move(newPath);
   return true;
 }
 

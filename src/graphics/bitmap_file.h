@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <span>
 
 #include "graphics/dib_layout.h"
 #include "system/binary_file.h"
@@ -38,6 +39,9 @@ class BitmapFile {
 
   // Opens and validates a .bmp file; on failure the object is left closed.
   bool Open(const char* path);
+  // The same for a .bmp in memory: the bytes are borrowed and must outlive the object. Such a
+  // picture has no path.
+  bool OpenBytes(std::span<const std::uint8_t> bytes);
   // Returns the object to its freshly constructed state.
   void Close();
   bool IsOpen() const { return headerValid_ != 0; }
@@ -71,6 +75,8 @@ class BitmapFile {
   static std::int64_t ImageSize(const BitmapInfoHeader& header);
 
  private:
+  // Checks the magic and the header of the opened file; false leaves the caller to close.
+  bool ReadHeader();
   std::int64_t PixelOffset() const;
   bool ReadAt(std::int64_t position, void* buffer, std::int64_t bytes);
 

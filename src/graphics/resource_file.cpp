@@ -31,8 +31,9 @@ bool HeaderIsUsable(const BitmapInfoHeader& h) {
   if (h.biSize != 40 || h.biWidth < 1 || h.biHeight < 1) return false;
   if (h.biBitCount != 8 && h.biBitCount != 24) return false;
   if (h.biClrUsed > 256 || h.biSizeImage == 0) return false;
-  const std::int64_t needed = DibRowBytes(h.biWidth, h.biBitCount) * h.biHeight;
-  return needed <= static_cast<std::int64_t>(h.biSizeImage);
+  // Divided rather than multiplied: row bytes times rows of a huge header overflow 64 bits.
+  const std::int64_t rowBytes = DibRowBytes(h.biWidth, h.biBitCount);
+  return rowBytes <= static_cast<std::int64_t>(h.biSizeImage) / h.biHeight;
 }
 
 }  // namespace
@@ -42,7 +43,17 @@ bool ResourceFile::Open(const char* path) {
   if (!QV_CHECK(path && PathExists(path), "el archivo especificado no se encontro")) return false;
   BinaryFile file;
   if (!QV_CHECK(file.OpenRead(path), "el archivo especificado no pudo ser abierto")) return false;
+  return ReadDirectory(std::move(file));
+}
 
+bool ResourceFile::OpenBytes(std::span<const std::uint8_t> bytes) {
+  if (!QV_CHECK(!file_.IsOpen(), "el path debe ser declarado una vez")) return false;
+  BinaryFile file;
+  file.OpenBytes(bytes);
+  return ReadDirectory(std::move(file));
+}
+
+bool ResourceFile::ReadDirectory(BinaryFile&& file) {
   const std::uint64_t size = file.Size();
   std::uint32_t count = 0;
   if (size < 4 || !file.Seek(size - 4) || !file.ReadExact(&count, 4)) return false;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include "graphics/packed_dib.h"
@@ -22,6 +23,8 @@ class ResourceFile {
   // Reads the directory; the file stays open for later loads. A file whose directory does
   // not fit inside it is refused.
   bool Open(const char* path);
+  // The same for a resource file in memory; the bytes are borrowed and must outlive the object.
+  bool OpenBytes(std::span<const std::uint8_t> bytes);
   bool IsOpen() const { return file_.IsOpen(); }
   std::size_t EntryCount() const { return directory_.size(); }
 
@@ -33,6 +36,8 @@ class ResourceFile {
   bool LoadPicture(std::uint32_t identifier, PackedDib& into);
 
  private:
+  bool ReadDirectory(BinaryFile&& file);
+
   BinaryFile file_;
   std::vector<RfDirectoryEntry> directory_;
   std::uint64_t directoryStart_ = 0;  // picture blocks must end before this

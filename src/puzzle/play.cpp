@@ -694,8 +694,9 @@ bool SoltarPieza(int t, int s, std::uint32_t k, EnginePoint q) {
   return true;
 }
 
-std::int32_t HintLimit(std::int32_t rows, std::int32_t columns) {
-  return static_cast<std::int32_t>(static_cast<std::int64_t>(rows) * columns * 20 / 100);
+std::int64_t HintLimit(std::int32_t rows, std::int32_t columns) {
+  // trunc(N x 20 / 100) is N / 5 exactly; dividing first keeps any grid from overflowing.
+  return static_cast<std::int64_t>(rows) * columns / 5;
 }
 
 bool PistaPuzzle() {

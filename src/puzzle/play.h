@@ -111,7 +111,8 @@ struct ClockParts {
 };
 ClockParts SplitSeconds(std::uint32_t total);
 
-// The hint limit for a grid: a fifth of the pieces, truncated.
-std::int32_t HintLimit(std::int32_t rows, std::int32_t columns);
+// The hint limit for a grid: a fifth of the pieces, truncated. The one rule for both playing
+// and saved games; in 64 bits, because a saved game's grid comes from a file.
+std::int64_t HintLimit(std::int32_t rows, std::int32_t columns);
 
 }  // namespace qv

@@ -161,7 +161,10 @@ bool LoadPuzzlePicture(const char* path) {
   std::memcpy(block, &out, sizeof out);
   if (colours > 0 && !file.ReadColours(0, colours, DibColours(block))) return false;
 
-  // Rows are kept bottom-up, as the packed picture always is.
+  // Rows are kept bottom-up, as the packed picture always is. The padding at the end of each
+  // row is zeroed rather than left as the allocation or the file had it: whatever writes the
+  // whole picture out later copies those bytes too.
+  const std::int64_t usedBytes = outBits == 24 ? std::int64_t{width} * 3 : width;
   for (std::int32_t row = 0; row < height; ++row) {
     const std::int32_t from = topDown ? height - 1 - row : row;
     const std::uint8_t* in = stored.data() + from * storedStride;
@@ -169,8 +172,9 @@ bool LoadPuzzlePicture(const char* path) {
     if (bits == 4) {
       Widen4To8(in, storedStride, to, outStride, width, 1);
     } else {
-      std::memcpy(to, in, static_cast<std::size_t>(outStride));
+      std::memcpy(to, in, static_cast<std::size_t>(usedBytes));
     }
+    std::memset(to + usedBytes, 0, static_cast<std::size_t>(outStride - usedBytes));
   }
   return SetPuzzlePicture(std::move(dib), path);
 }

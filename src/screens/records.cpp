@@ -50,27 +50,43 @@ void ResetRecords(HonourRoll& roll) {
   }
 }
 
-bool LoadRecords(const char* programFolder, HonourRoll& roll) {
-  const CBuffer path = RecordsPath(programFolder);
+namespace {
+
+// The roll an opened file or byte block holds; the empty roll and false when it is malformed.
+bool ReadRecordsFrom(BinaryFile& file, HonourRoll& roll) {
   // The entries that a short read leaves untouched are those of the empty roll, never stale
   // memory.
   HonourRoll read;
   ResetRecords(read);
-  BinaryFile file;
-  if (path.Length() > 1 && file.OpenRead(path.Text())) {
-    const std::size_t headerBytes = file.Read(&read.header, sizeof read.header);
-    if (headerBytes > 0 && read.header.count == kGoodCount) {
-      // A file that ends right after its header gives nothing here and is repaired.
-      if (file.Read(read.entries, sizeof read.entries) > 0) {
-        roll = read;
-        return true;
-      }
-    }
-    file.Close();
+  const std::size_t headerBytes = file.Read(&read.header, sizeof read.header);
+  // A file that ends right after its header gives nothing here and is repaired.
+  if (headerBytes > 0 && read.header.count == kGoodCount &&
+      file.Read(read.entries, sizeof read.entries) > 0) {
+    roll = read;
+    return true;
   }
+  ResetRecords(roll);
+  return false;
+}
+
+}  // namespace
+
+bool LoadRecords(const char* programFolder, HonourRoll& roll) {
+  const CBuffer path = RecordsPath(programFolder);
+  BinaryFile file;
+  if (path.Length() > 1 && file.OpenRead(path.Text()) && ReadRecordsFrom(file, roll)) {
+    return true;
+  }
+  file.Close();
   DeleteFileAt(path);
   ResetRecords(roll);
   return false;
+}
+
+bool LoadRecordsFromBytes(std::span<const std::uint8_t> bytes, HonourRoll& roll) {
+  BinaryFile file;
+  file.OpenBytes(bytes);
+  return ReadRecordsFrom(file, roll);
 }
 
 bool SaveRecords(const char* programFolder, const HonourRoll& roll) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string_view>
 
 #include "system/cbuffer.h"
@@ -46,6 +47,8 @@ void ResetRecords(HonourRoll& roll);
 // answer is then false. The magic is not compared and a short entry block is taken as far as
 // it goes (the rest keeps the empty roll's entries); both leniencies are intended.
 bool LoadRecords(const char* programFolder, HonourRoll& roll);
+// The same reading rules for the file's bytes already in memory (nothing is deleted).
+bool LoadRecordsFromBytes(std::span<const std::uint8_t> bytes, HonourRoll& roll);
 
 // Writes all 296 bytes through a temporary file, replacing the old file only when the new one
 // was written whole.

@@ -1,6 +1,8 @@
 // Saved games: the 488-byte header, box counts, order, piece records and the 16-bit preview.
 #include "setup/savegame.h"
 
+#include <algorithm>
+#include <climits>
 #include <cmath>
 #include <cstdio>
 #include <cstring>
@@ -13,6 +15,7 @@
 #include "graphics/resource_file.h"
 #include "puzzle/compose.h"
 #include "puzzle/engine_internal.h"
+#include "puzzle/play.h"
 #include "system/assert.h"
 #include "system/binary_file.h"
 
@@ -83,9 +86,6 @@ double GetF64(const std::uint8_t* at) {
   return value;
 }
 
-// A fifth of the pieces, truncated; in 64 bits because N comes from a file.
-std::int64_t HintLimitFor(std::int64_t pieces) { return pieces * 20 / 100; }
-
 bool IsSeparator(char c) { return c == '\\' || c == '/'; }
 
 // Length of a zero-terminated text inside a field, or -1 when the field holds no zero.
@@ -95,6 +95,10 @@ std::int64_t FieldTextLength(const std::uint8_t* field, std::size_t bytes) {
 }
 
 std::string TemporaryPathFor(const char* path) { return std::string(path) + ".tmp"; }
+
+// The file and byte entries share these; the handle is opened on a file or on bytes.
+bool LoadGameFrom(BinaryFile& file, const char* programFolder, LoadedGame& loaded);
+bool ReadPreviewFrom(BinaryFile& file, PackedDib& preview);
 
 // ---- Saving ----------------------------------------------------------------------------------
 
@@ -253,14 +257,25 @@ bool ParseHeader(const Header header, std::uint64_t fileSize, HeaderFields& out)
     return false;
   }
   if (out.rows < 1 || out.columns < 1) return false;
-  out.pieces = static_cast<std::int64_t>(out.rows) * out.columns;
-  // The body must really be there: this also bounds N by the file's size, so no count in the
-  // header can ask for more memory than the file could fill.
-  const std::uint64_t bodyBytes =
-      kBoxCountsBytes + static_cast<std::uint64_t>(out.pieces) * kBytesPerPiece;
-  if (fileSize < kSaveHeaderBytes || bodyBytes > fileSize - kSaveHeaderBytes) return false;
+  // The body must really be there. The pieces the file can hold are counted first, so that
+  // neither the grid nor the body's size is ever computed from counts the file cannot back;
+  // this also keeps any count in the header from asking for more memory than the file fills.
+  if (fileSize < kSaveHeaderBytes + kBoxCountsBytes) return false;
+  const std::uint64_t room = (fileSize - kSaveHeaderBytes - kBoxCountsBytes) / kBytesPerPiece;
+  const std::uint64_t maxPieces = std::min<std::uint64_t>(room, INT32_MAX);
+  if (static_cast<std::uint64_t>(out.rows) > maxPieces ||
+      static_cast<std::uint64_t>(out.columns) > maxPieces) {
+    return false;
+  }
+  out.pieces = static_cast<std::int64_t>(out.rows) * out.columns;  // both below 2^31: no overflow
+  if (static_cast<std::uint64_t>(out.pieces) > maxPieces) return false;
   if (!std::isfinite(out.scale) || out.scale <= 0.0) return false;
-  if (out.hintsUsed < 0 || out.hintsUsed > HintLimitFor(out.pieces)) return false;
+  // A hint that joins counts even when none remain (a 2 x 2 game allows none), so a game saved
+  // after it holds more than the limit. Such a file is still the player's game: it loads, and
+  // only a debug build stops here to say so.
+  QV_CHECK(out.hintsUsed >= 0 && out.hintsUsed <= HintLimit(out.rows, out.columns),
+           "las pistas usadas superan el limite");
+  if (out.hintsUsed < 0) out.hintsUsed = 0;
   return true;
 }
 
@@ -418,7 +433,7 @@ PreviewGeometry PreviewGeometryFor(std::int32_t pictureWidth, std::int32_t pictu
 }
 
 bool HintsAvailable(std::int32_t hintsUsed, std::int32_t rows, std::int32_t columns) {
-  return hintsUsed < HintLimitFor(std::int64_t{rows} * columns);
+  return hintsUsed < HintLimit(rows, columns);
 }
 
 bool SaveGame(const char* path, bool withPreview, const char* programFolder,
@@ -463,6 +478,33 @@ bool SaveGame(const char* path, bool withPreview, const char* programFolder,
 bool LoadGame(const char* path, const char* programFolder, LoadedGame& loaded) {
   BinaryFile file;
   if (path == nullptr || !file.OpenRead(path)) return false;
+  return LoadGameFrom(file, programFolder, loaded);
+}
+
+bool LoadGameFromBytes(std::span<const std::uint8_t> bytes, const char* programFolder,
+                       LoadedGame& loaded) {
+  BinaryFile file;
+  file.OpenBytes(bytes);
+  return LoadGameFrom(file, programFolder, loaded);
+}
+
+bool ReadPreview(const char* path, PackedDib& preview) {
+  preview.Reset();
+  BinaryFile file;
+  if (path == nullptr || !file.OpenRead(path)) return false;
+  return ReadPreviewFrom(file, preview);
+}
+
+bool ReadPreviewFromBytes(std::span<const std::uint8_t> bytes, PackedDib& preview) {
+  preview.Reset();
+  BinaryFile file;
+  file.OpenBytes(bytes);
+  return ReadPreviewFrom(file, preview);
+}
+
+namespace {
+
+bool LoadGameFrom(BinaryFile& file, const char* programFolder, LoadedGame& loaded) {
   CerrarPuzzle(true);
   if (LoadOpenedGame(file, programFolder, loaded)) return true;
   file.Close();
@@ -470,10 +512,7 @@ bool LoadGame(const char* path, const char* programFolder, LoadedGame& loaded) {
   return false;
 }
 
-bool ReadPreview(const char* path, PackedDib& preview) {
-  preview.Reset();
-  BinaryFile file;
-  if (path == nullptr || !file.OpenRead(path)) return false;
+bool ReadPreviewFrom(BinaryFile& file, PackedDib& preview) {
   Header header;
   if (!file.ReadExact(header, kSaveHeaderBytes) || !MagicMatches(header)) return false;
   const std::int32_t offset = GetI32(header + kPreviewOffsetOffset);
@@ -506,5 +545,7 @@ bool ReadPreview(const char* path, PackedDib& preview) {
   preview = std::move(dib);
   return true;
 }
+
+}  // namespace
 
 }  // namespace qv

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 
 #include "graphics/packed_dib.h"
@@ -69,9 +70,13 @@ struct LoadedGame {
 // the engine's hooks, every area is recomposed, the clock shows the stored time and waits for
 // the first click on a piece to run again.
 bool LoadGame(const char* path, const char* programFolder, LoadedGame& loaded);
+// The same for a saved game already in memory (the bytes are only read during the call).
+bool LoadGameFromBytes(std::span<const std::uint8_t> bytes, const char* programFolder,
+                       LoadedGame& loaded);
 
 // Reads only the header and the preview of a saved game into a packed 16-bit picture (pixels at
 // byte 1064). False, with `preview` emptied, for any fault or when no preview bytes follow.
 bool ReadPreview(const char* path, PackedDib& preview);
+bool ReadPreviewFromBytes(std::span<const std::uint8_t> bytes, PackedDib& preview);
 
 }  // namespace qv

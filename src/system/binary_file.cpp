@@ -2,6 +2,7 @@
 #include "system/binary_file.h"
 
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <system_error>
 #include <utility>
@@ -31,13 +32,18 @@ std::int64_t TellOf(std::FILE* f) {
 BinaryFile::~BinaryFile() { Close(); }
 
 BinaryFile::BinaryFile(BinaryFile&& other) noexcept
-    : file_(std::exchange(other.file_, nullptr)), size_(std::exchange(other.size_, 0)) {}
+    : file_(std::exchange(other.file_, nullptr)),
+      size_(std::exchange(other.size_, 0)),
+      memory_(std::exchange(other.memory_, nullptr)),
+      position_(std::exchange(other.position_, 0)) {}
 
 BinaryFile& BinaryFile::operator=(BinaryFile&& other) noexcept {
   if (this != &other) {
     Close();
     file_ = std::exchange(other.file_, nullptr);
     size_ = std::exchange(other.size_, 0);
+    memory_ = std::exchange(other.memory_, nullptr);
+    position_ = std::exchange(other.position_, 0);
   }
   return *this;
 }
@@ -67,14 +73,35 @@ bool BinaryFile::CreateWrite(const char* path) {
   return file_ != nullptr;
 }
 
+bool BinaryFile::OpenBytes(std::span<const std::uint8_t> bytes) {
+  Close();
+  // An empty span still opens, as an empty file does; it just has nothing to read.
+  static const std::uint8_t kNothing = 0;
+  memory_ = bytes.empty() ? &kNothing : bytes.data();
+  size_ = bytes.size();
+  position_ = 0;
+  return true;
+}
+
 void BinaryFile::Close() {
   if (file_) std::fclose(file_);
   file_ = nullptr;
+  memory_ = nullptr;
   size_ = 0;
+  position_ = 0;
 }
 
 std::size_t BinaryFile::Read(void* buffer, std::size_t bytes) {
-  if (!file_ || !buffer || bytes == 0) return 0;
+  if (!buffer || bytes == 0) return 0;
+  if (memory_) {
+    if (position_ >= size_) return 0;
+    const std::uint64_t left = size_ - position_;
+    const std::size_t count = left < bytes ? static_cast<std::size_t>(left) : bytes;
+    std::memcpy(buffer, memory_ + position_, count);
+    position_ += count;
+    return count;
+  }
+  if (!file_) return 0;
   return std::fread(buffer, 1, bytes, file_);
 }
 
@@ -87,15 +114,27 @@ bool BinaryFile::Write(const void* buffer, std::size_t bytes) {
 bool BinaryFile::Flush() { return file_ && std::fflush(file_) == 0; }
 
 bool BinaryFile::Seek(std::uint64_t position) {
-  if (!file_ || position > static_cast<std::uint64_t>(INT64_MAX)) return false;
-  return SeekTo(file_, static_cast<std::int64_t>(position), SEEK_SET) == 0;
+  if (position > static_cast<std::uint64_t>(INT64_MAX)) return false;
+  if (memory_) {
+    position_ = position;
+    return true;
+  }
+  return file_ && SeekTo(file_, static_cast<std::int64_t>(position), SEEK_SET) == 0;
 }
 
 bool BinaryFile::SeekRelative(std::int64_t delta) {
+  if (memory_) {
+    // Like a file: before the start is refused, past the end is allowed.
+    const auto at = static_cast<std::int64_t>(position_);
+    if (delta < 0 ? delta < -at : delta > INT64_MAX - at) return false;
+    position_ = static_cast<std::uint64_t>(at + delta);
+    return true;
+  }
   return file_ && SeekTo(file_, delta, SEEK_CUR) == 0;
 }
 
 std::uint64_t BinaryFile::Tell() const {
+  if (memory_) return position_;
   if (!file_) return 0;
   const std::int64_t at = TellOf(file_);
   return at < 0 ? 0 : static_cast<std::uint64_t>(at);

@@ -1,9 +1,11 @@
-// A small owned file handle for reading and writing binary files with 64-bit positions.
+// A small owned file handle for reading and writing binary files with 64-bit positions; it can
+// also read borrowed bytes in memory, so that every reader has one entry for files and bytes.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <span>
 
 namespace qv {
 
@@ -18,8 +20,11 @@ class BinaryFile {
 
   bool OpenRead(const char* path);
   bool CreateWrite(const char* path);  // creates or truncates
+  // Reads the given bytes as if they were a file's. They are borrowed: they must outlive the
+  // handle. Writing to such a handle fails.
+  bool OpenBytes(std::span<const std::uint8_t> bytes);
   void Close();
-  bool IsOpen() const { return file_ != nullptr; }
+  bool IsOpen() const { return file_ != nullptr || memory_ != nullptr; }
 
   // Returns the number of bytes really read (short at the end of the file or on error).
   std::size_t Read(void* buffer, std::size_t bytes);
@@ -36,6 +41,10 @@ class BinaryFile {
  private:
   std::FILE* file_ = nullptr;
   std::uint64_t size_ = 0;
+  // Memory mode: the borrowed bytes (size_ of them) and the read position, which may lie past
+  // the end after a seek, as a file's may.
+  const std::uint8_t* memory_ = nullptr;
+  std::uint64_t position_ = 0;
 };
 
 // Replaces path with temporaryPath (same folder) in one step where the system allows it.

@@ -1,13 +1,8 @@
 // libFuzzer target: any bytes as a .bmp file, through every BitmapFile read.
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
 #include <cstdlib>
-#include <filesystem>
-#include <string>
 #include <vector>
 
 #include "graphics/bitmap_file.h"
@@ -19,26 +14,6 @@ namespace {
 constexpr std::int64_t kMaxBufferBytes = 4 << 20;
 
 void IgnoreAssert(const char*, const char*, int) {}
-
-// One file per process, written for every input and removed after it; memory-backed where the
-// system offers it, because writing to disk would dominate each run.
-const std::string& InputPath() {
-  static const std::string path = [] {
-    std::error_code error;
-    const std::filesystem::path folder = std::filesystem::is_directory("/dev/shm", error)
-                                             ? std::filesystem::path("/dev/shm")
-                                             : std::filesystem::temp_directory_path(error);
-    return (folder / ("fuzz_bitmap_file_" + std::to_string(getpid()) + ".bmp")).string();
-  }();
-  return path;
-}
-
-bool WriteInput(const std::uint8_t* data, std::size_t size) {
-  std::FILE* f = std::fopen(InputPath().c_str(), "wb");
-  if (!f) return false;
-  const bool ok = std::fwrite(data, 1, size, f) == size;
-  return std::fclose(f) == 0 && ok;
-}
 
 // Exactly sized buffers, so that AddressSanitizer sees any write past the end.
 void ReadScaledAt(qv::BitmapFile& file, int bits, int width, int height) {
@@ -90,10 +65,9 @@ void Exercise(qv::BitmapFile& file) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static const bool quiet = (qv::SetAssertHandler(&IgnoreAssert), true);
   (void)quiet;
-  if (!WriteInput(data, size)) return 0;
+  // The bytes are read in place, through the same reader the game gives its files to.
   qv::BitmapFile file;
-  if (file.Open(InputPath().c_str())) Exercise(file);
+  if (file.OpenBytes({data, size})) Exercise(file);
   file.Close();
-  std::remove(InputPath().c_str());  // libFuzzer may end the process without running atexit
   return 0;
 }

@@ -1,9 +1,6 @@
 // Fuzz target: any bytes as a resource file; opening and loading must never misbehave.
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
-#include <string>
-#include <unistd.h>
 
 #include "graphics/himage_ops.h"
 #include "graphics/resource_file.h"
@@ -13,21 +10,12 @@ namespace {
 
 void Quiet(const char*, const char*, int) {}
 
-const std::string& ScratchPath() {
-  static const std::string path = "/tmp/qv_fuzz_rf_" + std::to_string(getpid()) + ".rf";
-  return path;
-}
-
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   qv::SetAssertHandler(&Quiet);
-  if (std::FILE* f = std::fopen(ScratchPath().c_str(), "wb")) {
-    if (size) std::fwrite(data, 1, size, f);
-    std::fclose(f);
-  }
   qv::ResourceFile file;
-  if (!file.Open(ScratchPath().c_str())) return 0;
+  if (!file.OpenBytes({data, size})) return 0;
   // Try the identifiers the directory names, plus a few that are likely absent.
   std::uint32_t identifiers[8] = {0, 1, 5000, 0xFFFFFFFF, 0, 0, 0, 0};
   for (std::size_t i = 0; i < 4 && size >= 4 + 16 * (i + 1); ++i) {

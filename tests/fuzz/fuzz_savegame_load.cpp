@@ -1,4 +1,6 @@
 // Fuzz target: any bytes as a saved game to load, either raw or as a patch over a good save.
+// The saved game and the dies are read from memory; only the (tiny) picture is a file, because
+// the saved game names it by path.
 #include <unistd.h>
 
 #include <cstddef>
@@ -7,6 +9,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -24,7 +27,7 @@ using Bytes = std::vector<std::uint8_t>;
 
 void Quiet(const char*, const char*, int) {}
 
-// A small 24-bit .bmp, so that every cut the fuzzer reaches stays quick.
+// A tiny 24-bit .bmp, so that every cut the fuzzer reaches stays quick.
 Bytes PictureFile(int width, int height) {
   qv::test::RfPicture p;
   p.width = width, p.height = height, p.bitCount = 24;
@@ -62,19 +65,18 @@ struct ScratchFolder {
   }
 };
 
-// Built once per process: the dies, the picture, and a good save of a 3 x 4 game with pieces in a
-// box and a group, to patch. The scratch folder becomes the working folder, so that the picture
-// path "p.bmp" that inputs carry is found.
+// Built once per process: the dies (in memory), the picture, and a good save of a 3 x 4 game with
+// pieces in a box and a group, to patch. The scratch folder becomes the working folder, so that
+// the picture path "p.bmp" that inputs carry is found.
 const Bytes& Template() {
   static const ScratchFolder folder;
+  static const Bytes dies = qv::test::BuildResourceFile({qv::test::DieBuilder(2, 2).Picture(5000),
+                                                         qv::test::DieBuilder(1, 1).Picture(5001),
+                                                         qv::test::DieBuilder(2, 3).Picture(5002)});
   static const Bytes bytes = [] {
     std::filesystem::current_path(folder.path);
     qv::test::WriteBytes("p.bmp", PictureFile(96, 72));
-    qv::test::WriteBytes("dies.rf", qv::test::BuildResourceFile(
-                                        {qv::test::DieBuilder(2, 2).Picture(5000),
-                                         qv::test::DieBuilder(1, 1).Picture(5001),
-                                         qv::test::DieBuilder(2, 3).Picture(5002)}));
-    qv::OpenResourceFile("dies.rf");
+    if (!qv::TheResourceFile().OpenBytes(dies)) __builtin_trap();
     qv::SetBoardSize(640, 480);
     qv::LoadPuzzlePicture("p.bmp");
     qv::EstadoPuzzle& p = qv::Puzzle();
@@ -91,14 +93,19 @@ const Bytes& Template() {
   return bytes;
 }
 
-// Odd first byte: the rest is an offset (2 bytes) and bytes XORed into the good save from
-// there; with bit 1 also set the file ends where the patch began. Otherwise the raw input.
-Bytes FileFor(const std::uint8_t* data, std::size_t size) {
-  if (size < 3 || (data[0] & 1) == 0) return Bytes(data, data + size);
-  Bytes file = Template();
+// An odd first byte other than the magic's 'M': the rest is an offset (2 bytes) and bytes
+// written over the good save from there; with bit 1 also set the file ends where the patch
+// began. Otherwise the input is the file itself, so a whole saved game is a seed as it is.
+bool IsPatch(const std::uint8_t* data, std::size_t size) {
+  return size >= 3 && (data[0] & 1) != 0 && data[0] != 'M';
+}
+
+const Bytes& Patched(const std::uint8_t* data, std::size_t size) {
+  static Bytes file;
+  file = Template();
   const std::size_t start = (data[1] | (data[2] << 8)) % file.size();
   for (std::size_t i = 3; i < size && start + i - 3 < file.size(); ++i) {
-    file[start + i - 3] ^= data[i];
+    file[start + i - 3] = data[i];
   }
   if (data[0] & 2) file.resize(start);
   return file;
@@ -109,10 +116,11 @@ Bytes FileFor(const std::uint8_t* data, std::size_t size) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   qv::SetAssertHandler(&Quiet);
   Template();
-  const Bytes file = FileFor(data, size);
-  qv::test::WriteBytes("in.epf", file);
+  std::span<const std::uint8_t> file(data, size);
+  if (IsPatch(data, size)) file = Patched(data, size);
   qv::LoadedGame loaded;
-  const bool ok = qv::LoadGame("in.epf", (size > 0 && (data[0] & 4)) ? "C:\\Q\\" : "", loaded);
+  const char* folder = (size > 0 && (data[0] & 4)) ? "C:\\Q\\" : "";
+  const bool ok = qv::LoadGameFromBytes(file, folder, loaded);
   if (ok != qv::PuzzleAbierto()) __builtin_trap();
   if (ok) {
     // A loaded game must be playable: every piece in one slice, the score computable.

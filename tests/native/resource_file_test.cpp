@@ -121,6 +121,8 @@ TEST_F(ResourceFileTest, RefusesBlocksThatDoNotFitOrCannotBeTrusted) {
     const char* what;
     std::size_t at;
     std::uint32_t value;
+    std::size_t alsoAt = 0;  // a second field, when one alone would not do
+    std::uint32_t alsoValue = 0;
   };
   const Corruption cases[] = {
       {"offset past the end", directory + 16 + 8, 0x7FFFFFF0},
@@ -133,6 +135,7 @@ TEST_F(ResourceFileTest, RefusesBlocksThatDoNotFitOrCannotBeTrusted) {
       {"negative height", second + 8, 0xFFFFFFFC},
       {"zero width", second + 4, 0},
       {"absurd width", second + 4, 0x7FFFFFFF},
+      {"row bytes times rows past 64 bits", second + 4, 0x77000041, second + 8, 0x77777777},
       {"4-bit depth", second + 14, 4},
       {"header size", second + 0, 124},
   };
@@ -144,8 +147,9 @@ TEST_F(ResourceFileTest, RefusesBlocksThatDoNotFitOrCannotBeTrusted) {
     } else {
       std::memcpy(&bytes[c.at], &c.value, 4);
     }
-    ResourceFile file;
-    ASSERT_TRUE(file.Open(Write(bytes).c_str())) << c.what;
+    if (c.alsoAt != 0) std::memcpy(&bytes[c.alsoAt], &c.alsoValue, 4);
+    ResourceFile file;  // read from memory: the same reader as for files
+    ASSERT_TRUE(file.OpenBytes(bytes)) << c.what;
     PackedDib dib;
     ASSERT_TRUE(file.LoadPicture(1, dib));
     const HIMAGE before = dib.get();

@@ -16,14 +16,26 @@ echo "subdirs(${trees[*]})" > "$build/CTestTestfile.cmake"
 
 export WINEPREFIX=$build/wine-test WINEDEBUG=-all
 # A Wine server kept alive for the whole run makes each Windows test start in milliseconds.
-exec xvfb-run -a -s "-screen 0 1024x768x24" bash -c '
+status=0
+xvfb-run -a -s "-screen 0 1024x768x24" bash -c '
   wineserver -p
   # Start the prefix'"'"'s background services now, outside CTest: started by a test they would
   # inherit its output pipe and CTest would wait for them until the time-out.
   wine cmd.exe /c exit >/dev/null 2>&1 </dev/null || true
   cd "$0"
-  ctest --output-on-failure -j 2
-  status=$?
+  ctest --output-on-failure -j 2 2>&1 | tee ctest-output.txt
+  status=${PIPESTATUS[0]}
   wineserver -k || true
   exit $status
-' "$build"
+' "$build" || status=$?
+
+# After CTest's own summary: how long each build tree took (its last build) and each label ran.
+echo
+echo "== Time per build tree (seconds, last build)"
+if [ -f "$build/timings.txt" ]; then
+  awk '{ last[$1] = $2 } END { for (t in last) printf "  %-10s %6d\n", t, last[t] }' \
+    "$build/timings.txt" | sort
+fi
+echo "== Time per test label (seconds, summed over its tests)"
+sed -n '/^Label Time Summary:/,/^$/p' "$build/ctest-output.txt" | sed '1d;/^$/d;s/^/  /'
+exit $status
