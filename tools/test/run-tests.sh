@@ -38,4 +38,9 @@ if [ -f "$build/timings.txt" ]; then
 fi
 echo "== Time per test label (seconds, summed over its tests)"
 sed -n '/^Label Time Summary:/,/^$/p' "$build/ctest-output.txt" | sed '1d;/^$/d;s/^/  /'
+# CTest's verdict once more as the last line, so that it closes the output.
+awk '/tests passed, [0-9]+ tests? failed out of/ {
+       for (i = 1; i <= NF; ++i) { if ($i == "out") total = $(i + 2); if ($i ~ /^tests?$/ && $(i + 1) == "failed") failed = $(i - 1) }
+     } END { if (total != "") printf "ctest: %d passed, %d failed\n", total - failed, failed }' \
+  "$build/ctest-output.txt"
 exit $status
