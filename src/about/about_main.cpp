@@ -1,4 +1,5 @@
-// about.exe: a small window with the game's name, version, licence and the pictures' credits.
+// about.exe: a small window with the game's name, version, licence and the pictures' credits, in
+// the language given as its argument (the game's language index; English without one).
 #include <windows.h>
 
 #include <fstream>
@@ -11,7 +12,7 @@
 
 namespace {
 
-constexpr char kAboutClass[] = "QuorvexAbout";
+constexpr wchar_t kAboutClass[] = L"QuorvexAbout";
 constexpr int kWidth = 600;
 constexpr int kHeight = 480;
 constexpr int kTextId = 10;
@@ -23,6 +24,7 @@ struct AboutWindow {
   HFONT titleFont = nullptr;
   HFONT textFont = nullptr;
   HBRUSH walnut = nullptr;
+  int language = qv::kAboutEnglish;
 };
 
 AboutWindow g_about;
@@ -45,6 +47,18 @@ std::optional<std::string> ReadCredits() {
   return text;
 }
 
+// The texts are UTF-8; the wide functions show them whatever the system's code page. Bytes that
+// are not UTF-8 (a damaged credits file) become replacement characters.
+std::wstring Wide(const std::string& text) {
+  if (text.empty()) return std::wstring();
+  const int size = static_cast<int>(text.size());
+  const int length = MultiByteToWideChar(CP_UTF8, 0, text.data(), size, nullptr, 0);
+  if (length <= 0) return std::wstring();
+  std::wstring wide(static_cast<std::size_t>(length), L'\0');
+  MultiByteToWideChar(CP_UTF8, 0, text.data(), size, wide.data(), length);
+  return wide;
+}
+
 HFONT Font(int height, int weight) {
   return CreateFontA(height, 0, 0, 0, weight, FALSE, FALSE, FALSE, DEFAULT_CHARSET,
                      OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, DEFAULT_PITCH,
@@ -58,20 +72,21 @@ void OnCreate(HWND window) {
   RECT client;
   GetClientRect(window, &client);
   const auto credits = ReadCredits();
-  const std::string text = qv::AboutText(credits ? &*credits : nullptr);
-  HWND edit = CreateWindowExA(WS_EX_CLIENTEDGE, "EDIT", text.c_str(),
+  const qv::AboutWords& words = qv::AboutWordsFor(g_about.language);
+  const std::wstring text = Wide(qv::AboutText(g_about.language, credits ? &*credits : nullptr));
+  HWND edit = CreateWindowExW(WS_EX_CLIENTEDGE, L"EDIT", text.c_str(),
                               WS_CHILD | WS_VISIBLE | WS_VSCROLL | ES_MULTILINE | ES_READONLY |
                                   ES_AUTOVSCROLL,
                               16, 64, client.right - 32, client.bottom - 120, window,
                               reinterpret_cast<HMENU>(static_cast<INT_PTR>(kTextId)),
-                              GetModuleHandleA(nullptr), nullptr);
-  SendMessageA(edit, WM_SETFONT, reinterpret_cast<WPARAM>(g_about.textFont), TRUE);
-  HWND close = CreateWindowExA(0, "BUTTON", "Close",
+                              GetModuleHandleW(nullptr), nullptr);
+  SendMessageW(edit, WM_SETFONT, reinterpret_cast<WPARAM>(g_about.textFont), TRUE);
+  HWND close = CreateWindowExW(0, L"BUTTON", Wide(words.close).c_str(),
                                WS_CHILD | WS_VISIBLE | WS_TABSTOP | BS_DEFPUSHBUTTON,
                                client.right - 116, client.bottom - 44, 100, 30, window,
                                reinterpret_cast<HMENU>(static_cast<INT_PTR>(kCloseId)),
-                               GetModuleHandleA(nullptr), nullptr);
-  SendMessageA(close, WM_SETFONT, reinterpret_cast<WPARAM>(g_about.textFont), TRUE);
+                               GetModuleHandleW(nullptr), nullptr);
+  SendMessageW(close, WM_SETFONT, reinterpret_cast<WPARAM>(g_about.textFont), TRUE);
   SetFocus(close);
 }
 
@@ -113,36 +128,38 @@ LRESULT CALLBACK AboutProc(HWND window, UINT message, WPARAM wParam, LPARAM lPar
       OnDestroy();
       return 0;
     default:
-      return DefWindowProcA(window, message, wParam, lParam);
+      return DefWindowProcW(window, message, wParam, lParam);
   }
 }
 
 }  // namespace
 
-int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int show) {
-  WNDCLASSA windowClass{};
+int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR commandLine, int show) {
+  g_about.language = qv::AboutLanguageFromCommandLine(commandLine ? commandLine : "");
+  WNDCLASSW windowClass{};
   windowClass.lpfnWndProc = AboutProc;
   windowClass.hInstance = instance;
   windowClass.hCursor = LoadCursor(nullptr, IDC_ARROW);
   windowClass.hIcon = LoadIcon(instance, MAKEINTRESOURCE(1));
   windowClass.lpszClassName = kAboutClass;
-  if (!RegisterClassA(&windowClass)) return 1;
+  if (!RegisterClassW(&windowClass)) return 1;
   const DWORD style = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU;
   RECT frame{0, 0, kWidth, kHeight};
   AdjustWindowRect(&frame, style, FALSE);
   const int width = frame.right - frame.left;
   const int height = frame.bottom - frame.top;
-  HWND window = CreateWindowExA(0, kAboutClass, "About Quorvex Puzzle", style,
+  const std::wstring title = Wide(qv::AboutWordsFor(g_about.language).windowTitle);
+  HWND window = CreateWindowExW(0, kAboutClass, title.c_str(), style,
                                 (GetSystemMetrics(SM_CXSCREEN) - width) / 2,
                                 (GetSystemMetrics(SM_CYSCREEN) - height) / 2, width, height,
                                 nullptr, nullptr, instance, nullptr);
   if (!window) return 1;
   ShowWindow(window, show);
   MSG message;
-  while (GetMessageA(&message, nullptr, 0, 0) > 0) {
-    if (IsDialogMessageA(window, &message)) continue;
+  while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+    if (IsDialogMessageW(window, &message)) continue;
     TranslateMessage(&message);
-    DispatchMessageA(&message);
+    DispatchMessageW(&message);
   }
   return static_cast<int>(message.wParam);
 }

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <string>
 
 #include "graphics/control_dc.h"
 #include "graphics/himage_draw.h"
@@ -15,6 +16,7 @@
 #include "puzzle/puzzle_windows_internal.h"
 #include "system/assert.h"
 #include "core/app.h"
+#include "core/resource_ids.h"
 #include "widgets/widget_classes.h"
 #include "widgets/widget_window.h"
 
@@ -362,13 +364,25 @@ LRESULT CALLBACK BoxWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM 
 
 namespace qv {
 
+namespace {
+
+// The word of the default box names in a language; English's when the module lacks it, so that a
+// box never starts without a name.
+std::string BoxWord(int language) {
+  std::string word =
+      ModuleString(IDS_BOX_WORD + static_cast<std::uint32_t>(language), kBoxNameMaxLength + 1);
+  return word.empty() ? std::string("Box") : word;
+}
+
+}  // namespace
+
 bool CreateBoxWindows(HWND mainWindow) {
   bool ok = true;
+  const std::string word = BoxWord(CurrentLanguage());
   for (int box = 0; box < kBoxCount; ++box) {
     if (HWND old = BoxWindow(box)) DestroyWindow(old);
-    char name[8] = "Box  ";  // the number goes in the fourth place; the trailing blank stays
-    name[3] = static_cast<char>('1' + box);
-    HWND frame = CreateWindowExA(0, puzzle_win::kBoxClass, name,
+    const std::string name = DefaultBoxName(word, box);
+    HWND frame = CreateWindowExA(0, puzzle_win::kBoxClass, name.c_str(),
                                  WS_POPUP | WS_CLIPCHILDREN | WS_CLIPSIBLINGS, 60 + 10 * box,
                                  78 + 10 * box, 300, 300, mainWindow, nullptr,
                                  GetModuleHandleA(nullptr),
@@ -377,6 +391,19 @@ bool CreateBoxWindows(HWND mainWindow) {
     ok = ok && frame && puzzle_win::AreaWindow(box);
   }
   return ok;
+}
+
+void RelabelDefaultBoxNames(int oldLanguage) {
+  const std::string oldWord = BoxWord(oldLanguage);
+  const std::string newWord = BoxWord(CurrentLanguage());
+  for (int box = 0; box < kBoxCount; ++box) {
+    HWND frame = BoxWindow(box);
+    if (!frame) continue;
+    char name[kBoxNameMaxLength + 1] = {};
+    GetWindowTextA(frame, name, sizeof name);
+    const std::string relabelled = RelabelledBoxName(name, oldWord, newWord, box);
+    if (relabelled != name) SetWindowTextA(frame, relabelled.c_str());
+  }
 }
 
 }  // namespace qv

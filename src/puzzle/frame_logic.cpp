@@ -5,8 +5,23 @@
 #include <cstring>
 
 #include "graphics/himage_ops.h"
+#include "puzzle/puzzle_model.h"
 
 namespace qv {
+
+std::string DefaultBoxName(std::string_view word, int box) {
+  if (box < 0 || box >= kBoxCount) return std::string();
+  std::string name(word.substr(0, kBoxNameMaxLength - 2));
+  name += static_cast<char>('1' + box);
+  name += ' ';
+  return name;
+}
+
+std::string RelabelledBoxName(std::string_view name, std::string_view oldWord,
+                              std::string_view newWord, int box) {
+  if (name != DefaultBoxName(oldWord, box)) return std::string(name);
+  return DefaultBoxName(newWord, box);
+}
 
 FrameDrag FrameDragAt(int x, int y, int width, int height, int titleHeight) {
   if (x < 0 || y < 0 || x >= width || y >= height) return FrameDrag::None;

@@ -1,7 +1,10 @@
 // Geometry of the piece-box frames and the picture previews: hit rules and sizes, no windows.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <string>
+#include <string_view>
 
 #include "graphics/dib_layout.h"
 #include "graphics/packed_dib.h"
@@ -40,6 +43,19 @@ FrameBox BoxAreaRect(int width, int height, int titleHeight);
 // The title strip's buttons, right-aligned inside the border: close outermost, rename beside it.
 FrameBox BoxCloseButtonRect(int width, int buttonSide);
 FrameBox BoxRenameButtonRect(int width, int buttonSide);
+
+// A box name holds at most this many characters (40 bytes with the terminator).
+constexpr std::size_t kBoxNameMaxLength = 39;
+
+// The default name of box 0..5: the language's word for a box, the box number 1..6 and one
+// trailing blank ("Box1 " in English; the blank is part of the name and is kept). A word too long
+// for the name is cut so that the number and the blank always fit; "" for a box out of range.
+std::string DefaultBoxName(std::string_view word, int box);
+
+// The name a box takes when the language's word changes from oldWord to newWord: the new default
+// name while the box still has the old default one, else the player's own name, unchanged.
+std::string RelabelledBoxName(std::string_view name, std::string_view oldWord,
+                              std::string_view newWord, int box);
 
 // ---- Previews --------------------------------------------------------------------------------
 

@@ -29,6 +29,10 @@ HWND BoardWindow();
 // each box's area takes BoxButton(i) as the window that stands for it.
 bool CreateBoxWindows(HWND mainWindow);
 
+// After a change of language: every box still named with oldLanguage's default name takes the
+// current language's one; a box the player renamed keeps its name.
+void RelabelDefaultBoxNames(int oldLanguage);
+
 // The picture preview: created hidden once; rebuilt from the puzzle's picture by
 // ActualizarPreview; shown by ShowPreview.
 HWND CreatePreviewWindow(HWND owner);

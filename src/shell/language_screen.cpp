@@ -7,6 +7,7 @@
 #include "graphics/himage_draw.h"
 #include "graphics/himage_ops.h"
 #include "core/app.h"
+#include "puzzle/puzzle_windows.h"
 #include "shell/title_bar.h"
 #include "widgets/widget_classes.h"
 #include "widgets/widget_window.h"
@@ -79,9 +80,11 @@ void Choose(LanguageRecord& r, int language) {
 
 // Only a change is applied and written; the key records the choice, start-up ignores it.
 void Confirm(const LanguageRecord& r) {
-  if (r.pending == CurrentLanguage()) return;
+  const int previous = CurrentLanguage();
+  if (r.pending == previous) return;
   SetCurrentLanguage(r.pending);
   ReloadTitleWordButtons();
+  RelabelDefaultBoxNames(previous);
   const std::string value = std::to_string(r.pending);
   WritePrivateProfileStringA("Quorvex", "Idioma", value.c_str(), "Quorvex.ini");
   if (HWND preview = PreviewWindow()) {

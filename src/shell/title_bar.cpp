@@ -200,6 +200,9 @@ void LaunchAbout() {
   info.hwnd = MainWindow();
   info.lpVerb = "open";
   info.lpFile = program.c_str();
+  // The about program shows its texts in the language given as its only argument.
+  const std::string language = std::to_string(CurrentLanguage());
+  info.lpParameters = language.c_str();
   info.lpDirectory = ProgramFolder().c_str();
   info.nShow = SW_SHOWNORMAL;
   ShellExecuteExA(&info);

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <string>
 
 #include "graphics/himage_ops.h"
 
@@ -84,6 +85,27 @@ TEST(BoxFrameLayout, AreaAndButtonsFollowTheSize) {
   EXPECT_EQ(close.x + close.width, 400 - kBoxBorder);
   EXPECT_LT(rename.x + rename.width, close.x);
   EXPECT_LE(close.y + close.height, kTitle);
+}
+
+TEST(BoxName, DefaultIsTheWordTheNumberAndOneBlank) {
+  EXPECT_EQ(DefaultBoxName("Box", 0), "Box1 ");
+  EXPECT_EQ(DefaultBoxName("Box", 5), "Box6 ");
+  EXPECT_EQ(DefaultBoxName("Scatola", 2), "Scatola3 ");
+  EXPECT_EQ(DefaultBoxName("Box", -1), "");
+  EXPECT_EQ(DefaultBoxName("Box", 6), "");
+  const std::string tooLong = DefaultBoxName(std::string(60, 'w'), 3);
+  EXPECT_EQ(tooLong.size(), kBoxNameMaxLength);
+  EXPECT_EQ(tooLong.substr(tooLong.size() - 2), "4 ");
+}
+
+TEST(BoxName, OnlyAnUntouchedNameFollowsTheLanguage) {
+  EXPECT_EQ(RelabelledBoxName("Box2 ", "Box", "Caja", 1), "Caja2 ");
+  EXPECT_EQ(RelabelledBoxName("Caja2 ", "Caja", "Box", 1), "Box2 ");
+  // Another box's default name, the name without its blank, and the player's names stay.
+  EXPECT_EQ(RelabelledBoxName("Box3 ", "Box", "Caja", 1), "Box3 ");
+  EXPECT_EQ(RelabelledBoxName("Box2", "Box", "Caja", 1), "Box2");
+  EXPECT_EQ(RelabelledBoxName("Edges", "Box", "Caja", 1), "Edges");
+  EXPECT_EQ(RelabelledBoxName("", "Box", "Caja", 1), "");
 }
 
 TEST(PreviewSize, FitsTheModelBox) {

@@ -77,14 +77,46 @@ TEST(EdgeButtons, BoxButtonsStandInAColumnHalfOffTheEdge) {
 
 TEST(AboutText, CreditsGetWindowsLineEndsAndNoControlBytes) {
   const std::string credits = "Line one\nLine two\r\n\x01\x07Tab\there";
-  const std::string text = AboutText(&credits);
-  EXPECT_NE(text.find("Quorvex Puzzle, version "), std::string::npos);
-  EXPECT_NE(text.find("Licence: MIT"), std::string::npos);
+  const std::string text = AboutText(kAboutEnglish, &credits);
+  EXPECT_EQ(text.rfind("Quorvex Puzzle, version 0.1.0\r\n", 0), 0u);
+  EXPECT_NE(text.find("Licence: MIT. Permission is hereby granted"), std::string::npos);
   EXPECT_NE(text.find("Line one\r\nLine two\r\nTab\there"), std::string::npos);
   EXPECT_EQ(text.find('\x01'), std::string::npos);
-  EXPECT_NE(AboutText(nullptr).find("could not be read"), std::string::npos);
+  EXPECT_NE(AboutText(kAboutEnglish, nullptr).find("could not be read"), std::string::npos);
   const std::string huge(kMaxCreditsBytes * 2, 'x');
-  EXPECT_LT(AboutText(&huge).size(), kMaxCreditsBytes + 2048);
+  EXPECT_LT(AboutText(kAboutEnglish, &huge).size(), kMaxCreditsBytes + 2048);
+}
+
+TEST(AboutText, EveryLanguageHasItsOwnWordsAndTheEnglishLicence) {
+  EXPECT_STREQ(AboutWordsFor(0).close, "Cerrar");
+  EXPECT_STREQ(AboutWordsFor(5).windowTitle, "\xC3\x9C" "ber Quorvex Puzzle");  // UTF-8
+  const std::string spanish = AboutText(0, nullptr);
+  EXPECT_EQ(spanish.rfind("Quorvex Puzzle, versi\xC3\xB3n 0.1.0", 0), 0u);
+  EXPECT_NE(spanish.find("Licencia: MIT."), std::string::npos);
+  EXPECT_NE(spanish.find("Permission is hereby granted"), std::string::npos);
+  EXPECT_NE(spanish.find(AboutWordsFor(0).noCredits), std::string::npos);
+  EXPECT_EQ(spanish.find("could not be read"), std::string::npos);
+  for (int a = 0; a < kAboutLanguageCount; ++a) {
+    for (int b = a + 1; b < kAboutLanguageCount; ++b) {
+      EXPECT_STRNE(AboutWordsFor(a).description, AboutWordsFor(b).description) << a << b;
+      EXPECT_STRNE(AboutWordsFor(a).close, AboutWordsFor(b).close) << a << b;
+    }
+  }
+  // A language out of range is English.
+  EXPECT_EQ(&AboutWordsFor(-1), &AboutWordsFor(kAboutEnglish));
+  EXPECT_EQ(&AboutWordsFor(6), &AboutWordsFor(kAboutEnglish));
+  EXPECT_EQ(AboutText(99, nullptr), AboutText(kAboutEnglish, nullptr));
+}
+
+TEST(AboutText, CommandLineNamesOneLanguageOrElseEnglish) {
+  EXPECT_EQ(AboutLanguageFromCommandLine("0"), 0);
+  EXPECT_EQ(AboutLanguageFromCommandLine("5"), 5);
+  EXPECT_EQ(AboutLanguageFromCommandLine(" \t4 "), 4);
+  for (const char* bad : {"", " ", "6", "9", "-1", "+0", "x", "00", "1 2", "0x1", "\xB3"}) {
+    EXPECT_EQ(AboutLanguageFromCommandLine(bad), kAboutEnglish) << bad;
+  }
+  EXPECT_EQ(AboutLanguageFromCommandLine(std::string_view("0\0", 2)), kAboutEnglish);
+  EXPECT_EQ(AboutLanguageFromCommandLine(std::string(100000, '0')), kAboutEnglish);
 }
 
 }  // namespace

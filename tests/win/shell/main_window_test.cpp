@@ -218,5 +218,30 @@ TEST_F(MainWindowTest, LanguageScreenWritesOnlyAConfirmedChange) {
   EXPECT_EQ(Idioma(), "1");
 }
 
+std::string BoxName(int box) {
+  char name[64] = {};
+  GetWindowTextA(BoxWindow(box), name, sizeof name);
+  return name;
+}
+
+// Untouched boxes follow the language; a box the player named keeps its name.
+TEST_F(MainWindowTest, LanguageChangeRenamesOnlyUntouchedBoxes) {
+  ASSERT_EQ(CurrentLanguage(), 1);
+  ASSERT_EQ(BoxName(0), "Box1 ");
+  SetWindowTextA(BoxWindow(2), "Edges");
+  LanguageScreen s = OpenScreen();
+  Click(s.screen, s.spanish);
+  Click(s.screen, s.confirm);
+  EXPECT_EQ(BoxName(0), "Caja1 ");
+  EXPECT_EQ(BoxName(5), "Caja6 ");
+  EXPECT_EQ(BoxName(2), "Edges");
+  s = OpenScreen();
+  Click(s.screen, s.english);
+  Click(s.screen, s.confirm);
+  EXPECT_EQ(BoxName(0), "Box1 ");
+  EXPECT_EQ(BoxName(2), "Edges");
+  SetWindowTextA(BoxWindow(2), "Box3 ");
+}
+
 }  // namespace
 }  // namespace qv
