@@ -309,14 +309,22 @@ LRESULT OnGetText(const BoxRecord& b, WPARAM size, LPARAM lParam) {
 
 }  // namespace
 
+void OnDestroy(HWND window, const BoxRecord& b) {
+  if (BoxWindow(b.box) == window) SetBoxWindow(b.box, nullptr);
+  DestroyRecord<BoxRecord>(window);
+}
+
+void OnCaptureChanged(HWND window, BoxRecord& b, LPARAM gainer) {
+  if (reinterpret_cast<HWND>(gainer) != window) EndDrag(window, b);
+}
+
 LRESULT CALLBACK BoxWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   if (message == WM_CREATE) return OnCreate(window, reinterpret_cast<CREATESTRUCTA*>(lParam));
   BoxRecord* b = RecordOf<BoxRecord>(window);
   if (!b) return DefWindowProcA(window, message, wParam, lParam);
   switch (message) {
     case WM_DESTROY:
-      if (BoxWindow(b->box) == window) SetBoxWindow(b->box, nullptr);
-      DestroyRecord<BoxRecord>(window);
+      OnDestroy(window, *b);
       return 0;
     case WM_PAINT:
       OnPaint(window, *b);
@@ -336,7 +344,7 @@ LRESULT CALLBACK BoxWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM 
       EndDrag(window, *b);
       return 0;
     case WM_CAPTURECHANGED:
-      if (reinterpret_cast<HWND>(lParam) != window) EndDrag(window, *b);
+      OnCaptureChanged(window, *b, lParam);
       return 0;
     case WM_SETCURSOR:
       return OnSetCursor(window, *b, wParam, lParam);

@@ -57,6 +57,12 @@ void OnPaint(HWND window, HDC printDc) {
   });
 }
 
+LRESULT OnSetBackdrop(HWND window, LPARAM backdrop) {
+  if (auto* c = RecordOf<CountPickerRecord>(window)) c->backdrop = reinterpret_cast<HIMAGE>(backdrop);
+  InvalidateRect(window, nullptr, FALSE);
+  return 1;
+}
+
 LRESULT CALLBACK CountPickerProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
     case WM_CREATE:
@@ -73,11 +79,7 @@ LRESULT CALLBACK CountPickerProc(HWND window, UINT message, WPARAM wParam, LPARA
       OnPaint(window, reinterpret_cast<HDC>(wParam));
       return 0;
     case NGM_SETBACKDROP:
-      if (auto* c = RecordOf<CountPickerRecord>(window)) {
-        c->backdrop = reinterpret_cast<HIMAGE>(lParam);
-      }
-      InvalidateRect(window, nullptr, FALSE);
-      return 1;
+      return OnSetBackdrop(window, lParam);
     default:
       return DefWindowProcA(window, message, wParam, lParam);
   }

@@ -187,6 +187,16 @@ void OnLButtonUp(HWND window, TileRecord& t) {
   widget::NotifyParent(window, MWN_CLICKED);
 }
 
+LRESULT OnSetBackdrop(HWND window, TileRecord& t, LPARAM backdrop) {
+  t.backdrop = reinterpret_cast<HIMAGE>(backdrop);
+  InvalidateRect(window, nullptr, FALSE);
+  return 1;
+}
+
+void OnCaptureChanged(HWND window, TileRecord& t, LPARAM gainer) {
+  if (t.pressed && widget::CaptureTakenByOther(window, gainer)) t.pressed = false;
+}
+
 LRESULT CALLBACK PictureTileProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   TileRecord* t = RecordOf<TileRecord>(window);
   switch (message) {
@@ -209,9 +219,7 @@ LRESULT CALLBACK PictureTileProc(HWND window, UINT message, WPARAM wParam, LPARA
   if (!t) return DefWindowProcA(window, message, wParam, lParam);
   switch (message) {
     case NGM_SETBACKDROP:
-      t->backdrop = reinterpret_cast<HIMAGE>(lParam);
-      InvalidateRect(window, nullptr, FALSE);
-      return 1;
+      return OnSetBackdrop(window, *t, lParam);
     case NGM_SETPICTURE:
       return OnSetPicture(window, *t, wParam, reinterpret_cast<const char*>(lParam));
     case NGM_SETSELECTED:
@@ -239,7 +247,7 @@ LRESULT CALLBACK PictureTileProc(HWND window, UINT message, WPARAM wParam, LPARA
       OnLButtonUp(window, *t);
       return 0;
     case WM_CAPTURECHANGED:
-      if (t->pressed && widget::CaptureTakenByOther(window, lParam)) t->pressed = false;
+      OnCaptureChanged(window, *t, lParam);
       return 0;
     default:
       return DefWindowProcA(window, message, wParam, lParam);

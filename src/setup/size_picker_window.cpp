@@ -81,6 +81,12 @@ void OnPaint(HWND window, HDC printDc) {
   });
 }
 
+LRESULT OnSetBackdrop(HWND window, LPARAM backdrop) {
+  if (auto* s = RecordOf<SizePickerRecord>(window)) s->backdrop = reinterpret_cast<HIMAGE>(backdrop);
+  InvalidateRect(window, nullptr, FALSE);
+  return 1;
+}
+
 LRESULT CALLBACK SizePickerProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
     case WM_CREATE:
@@ -97,9 +103,7 @@ LRESULT CALLBACK SizePickerProc(HWND window, UINT message, WPARAM wParam, LPARAM
       OnPaint(window, reinterpret_cast<HDC>(wParam));
       return 0;
     case NGM_SETBACKDROP:
-      if (auto* s = RecordOf<SizePickerRecord>(window)) s->backdrop = reinterpret_cast<HIMAGE>(lParam);
-      InvalidateRect(window, nullptr, FALSE);
-      return 1;
+      return OnSetBackdrop(window, lParam);
     default:
       return DefWindowProcA(window, message, wParam, lParam);
   }
