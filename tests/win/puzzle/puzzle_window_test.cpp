@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <string>
+#include <vector>
 
 #include "graphics/control_dc.h"
 #include "graphics/himage_ops.h"
@@ -20,123 +21,13 @@
 #include "puzzle/puzzle_windows_internal.h"
 #include "core/app.h"
 #include "widgets/widget_classes.h"
+#include "win/support/real_input.h"
+#include "win/win_test_support.h"
 
 namespace qv::test {
 namespace {
 
-// ---- Data and input ------------------------------------------------------------------------
-
-std::string DataPath(const char* name) {
-  std::string folder = QV_PUZZLE_TEST_DATA;
-  if (const char* custom = std::getenv("QV_PUZZLE_DATA")) folder = custom;
-  if (!folder.empty() && folder[0] == '/') folder = "Z:" + folder;  // Wine's view of the Unix root
-  return folder + "/" + name;
-}
-
-void Pump(int ms) {
-  const DWORD end = GetTickCount() + static_cast<DWORD>(ms);
-  MSG message;
-  do {
-    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
-      if (OfferChildChar(message)) continue;
-      TranslateMessage(&message);
-      DispatchMessageA(&message);
-    }
-    Sleep(2);
-  } while (static_cast<LONG>(end - GetTickCount()) > 0);
-}
-
-bool UnderWine() {
-  HMODULE ntdll = GetModuleHandleA("ntdll.dll");
-  return ntdll && GetProcAddress(ntdll, "wine_get_version") != nullptr;
-}
-
-// Under Wine the pointer is driven through the X server as a real mouse drives it; Wine's own
-// warps report the old place once more after the new one.
-bool Xdotool(const char* arguments) {
-  static const bool available =
-      UnderWine() && GetFileAttributesA("Z:\\usr\\bin\\xdotool") != INVALID_FILE_ATTRIBUTES;
-  if (!available) return false;
-  char command[160];
-  std::snprintf(command, sizeof command, "/usr/bin/xdotool %s", arguments);
-  STARTUPINFOA startup{};
-  startup.cb = sizeof startup;
-  PROCESS_INFORMATION process{};
-  if (!CreateProcessA(nullptr, command, nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
-                      &process)) {
-    return false;
-  }
-  CloseHandle(process.hThread);
-  CloseHandle(process.hProcess);
-  return true;
-}
-
-template <class Condition>
-bool PumpUntil(Condition&& done) {
-  const DWORD start = GetTickCount();
-  while (!done()) {
-    if (GetTickCount() - start > 1500) return false;
-    Pump(5);
-  }
-  Pump(30);
-  return true;
-}
-
-void SendMouse(DWORD flags) {
-  INPUT input{};
-  input.type = INPUT_MOUSE;
-  input.mi.dwFlags = flags;
-  SendInput(1, &input, sizeof input);
-}
-
-void MoveTo(POINT p) {
-  char arguments[64];
-  std::snprintf(arguments, sizeof arguments, "mousemove %ld %ld", p.x, p.y);
-  if (!Xdotool(arguments)) {
-    SetCursorPos(p.x, p.y);
-    SendMouse(MOUSEEVENTF_MOVE);
-  }
-  EXPECT_TRUE(PumpUntil([&] {
-    POINT now{-1, -1};
-    return GetCursorPos(&now) && now.x == p.x && now.y == p.y;
-  })) << "the pointer did not reach " << p.x << "," << p.y;
-}
-
-bool LeftHeld() { return (GetAsyncKeyState(VK_LBUTTON) & 0x8000) != 0; }
-
-void LeftDown() {
-  if (!Xdotool("mousedown 1")) SendMouse(MOUSEEVENTF_LEFTDOWN);
-  PumpUntil([] { return LeftHeld(); });
-}
-
-void LeftUp() {
-  if (!Xdotool("mouseup 1")) SendMouse(MOUSEEVENTF_LEFTUP);
-  PumpUntil([] { return !LeftHeld(); });
-}
-
-// Presses at one point of the screen, moves in a few steps and releases at another.
-void Drag(POINT from, POINT to) {
-  MoveTo(from);
-  LeftDown();
-  for (int step = 1; step <= 3; ++step) {
-    MoveTo(POINT{from.x + (to.x - from.x) * step / 3, from.y + (to.y - from.y) * step / 3});
-  }
-  LeftUp();
-  Pump(60);
-}
-
-void Click(POINT at) {
-  MoveTo(at);
-  LeftDown();
-  LeftUp();
-  Pump(60);
-}
-
-POINT OnScreen(HWND window, int x, int y) {
-  POINT p{x, y};
-  ClientToScreen(window, &p);
-  return p;
-}
+std::string DataPath(const char* name) { return GameDataFolder() + name; }
 
 SIZE WindowSize(HWND window) {
   RECT r;
@@ -152,10 +43,6 @@ void ShowFrame(HWND frame) {
 
 // ---- The program around the puzzle windows ---------------------------------------------------
 
-LRESULT CALLBACK MainProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  return DefWindowProcA(window, message, wParam, lParam);
-}
-
 ControlDC g_buttonImages[kBoxCount];
 
 class PuzzleEnvironment : public ::testing::Environment {
@@ -166,16 +53,7 @@ class PuzzleEnvironment : public ::testing::Environment {
     ASSERT_TRUE(RegisterWidgetClasses(instance));
     ASSERT_TRUE(RegisterMessageBoxClass(instance));
     ASSERT_TRUE(RegisterPuzzleWindowClasses(instance));
-    WNDCLASSA c{};
-    c.lpfnWndProc = MainProc;
-    c.hInstance = instance;
-    c.hCursor = LoadCursorA(nullptr, IDC_ARROW);
-    c.hbrBackground = static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH));
-    c.lpszClassName = "QvPuzzleTestMain";
-    ASSERT_TRUE(RegisterClassA(&c));
-    HWND main = CreateWindowExA(0, "QvPuzzleTestMain", "Quorvex",
-                                WS_POPUP | WS_VISIBLE | WS_CLIPCHILDREN, 0, 0, ScreenWidth(),
-                                ScreenHeight(), nullptr, nullptr, instance, nullptr);
+    HWND main = CreateGameMainWindow();
     ASSERT_TRUE(main);
     SetMainWindow(main);
     for (int i = 0; i < kBoxCount; ++i) {
@@ -213,7 +91,7 @@ HWND BoxArea(int box) { return GetDlgItem(BoxWindow(box), 100 + box); }
 
 // The screen point of a piece of the area that a press there picks (its cell's centre, the
 // piece being the topmost there).
-bool PickablePiece(int area, HWND window, POINT* screen) {
+bool PickablePiece(int area, HWND window, POINT* screen, std::uint32_t* which = nullptr) {
   const EstadoPuzzle& p = Puzzle();
   const std::uint32_t* slice = AreaSlice(area);
   for (std::int32_t i = 0; i < AreaPieceCount(area); ++i) {
@@ -226,6 +104,7 @@ bool PickablePiece(int area, HWND window, POINT* screen) {
     }
     if (HitTest(area, centre) == i) {
       *screen = OnScreen(window, centre.x, centre.y);
+      if (which) *which = slice[i];
       if (WindowFromPoint(*screen) == window) return true;
     }
   }
@@ -260,6 +139,57 @@ TEST(PuzzleBoard, CutsOnItsFirstSizeAtItsPlace) {
   ASSERT_TRUE(surface);
   EXPECT_EQ(surface->width, r.right - r.left);
   EXPECT_EQ(surface->height, r.bottom - r.top);
+}
+
+// What the board window shows in a rectangle of its client area.
+std::vector<std::uint32_t> Shown(HWND window, const RECT& r) {
+  Canvas canvas(r.right - r.left, r.bottom - r.top);
+  HDC dc = GetDC(window);
+  BitBlt(canvas.dc(), 0, 0, r.right - r.left, r.bottom - r.top, dc, r.left, r.top, SRCCOPY);
+  ReleaseDC(window, dc);
+  std::vector<std::uint32_t> pixels;
+  for (int y = 0; y < r.bottom - r.top; ++y)
+    for (int x = 0; x < r.right - r.left; ++x) pixels.push_back(canvas.At(x, y));
+  return pixels;
+}
+
+// Another window taking the capture in the middle of a drag (as a system dialog would) puts the
+// piece back where it was picked up and wipes the frame drawn where it had been dragged to.
+TEST(PuzzleBoard, CaptureTakenAwayMidDragPutsThePieceBack) {
+  HWND board = BoardWindow();
+  POINT from;
+  std::uint32_t k = 0;
+  ASSERT_TRUE(PickablePiece(AREA_TABLERO, board, &from, &k));
+  const Pieza before = Puzzle().pieces[k];
+  const int count = AreaPieceCount(AREA_TABLERO);
+  RECT client;
+  GetClientRect(board, &client);
+  const int w = Puzzle().W, h = Puzzle().H;
+  const int dx = before.x + 2 * w + 20 < client.right ? w + 20 : -(w + 20);
+  const RECT away{before.x + dx, before.y, before.x + dx + w, before.y + h};
+  const std::vector<std::uint32_t> table = Shown(board, away);
+
+  MoveTo(from);
+  LeftDown();
+  MoveTo(from.x + dx / 2, from.y);
+  MoveTo(from.x + dx, from.y);
+  ASSERT_EQ(DragMode(), 1);
+  ASSERT_EQ(GetCapture(), board);
+  EXPECT_NE(Shown(board, away), table);  // the piece is drawn at the pointer
+
+  SetCapture(MainWindow());
+  Pump(30);
+  EXPECT_EQ(DragMode(), 0);
+  const Pieza& now = Puzzle().pieces[k];
+  EXPECT_EQ(now.x, before.x);
+  EXPECT_EQ(now.y, before.y);
+  EXPECT_EQ(AreaPieceCount(AREA_TABLERO), count);
+  LeftUp();  // the release goes to the window that took the capture: nothing moves
+  ReleaseCapture();
+  Pump(60);
+  EXPECT_EQ(Puzzle().pieces[k].x, before.x);
+  EXPECT_EQ(Puzzle().pieces[k].y, before.y);
+  EXPECT_EQ(Shown(board, away), table);
 }
 
 TEST(PieceBoxes, DropOnTheBoxButtonFillsTheBoxAndItsPicture) {
@@ -412,7 +342,7 @@ TEST(MosaicScreen, NextFromTheLastTextureWrapsToTheFirst) {
   EXPECT_EQ(SendMessageA(scrollBar, scroll::MWM_GETVALUE, 0, 0), -9);
   EXPECT_EQ(SendMessageA(preview, anim::MWM_GETFRAME, 0, 0), 9);
 
-  Click(OnScreen(next, 25, 25));
+  Click(next);
   EXPECT_EQ(TableTextureIndex(), 0);
   EXPECT_EQ(SendMessageA(scrollBar, scroll::MWM_GETVALUE, 0, 0), 0);
   EXPECT_EQ(SendMessageA(preview, anim::MWM_GETFRAME, 0, 0), 0);
@@ -488,7 +418,7 @@ TEST(PicturePreview, SizeFollowsThePictureAndCloseHidesIt) {
   RECT frame;
   GetWindowRect(preview, &frame);
   EXPECT_EQ(r.left - frame.left, 180 - 22);  // the close button follows the picture's width
-  Click(POINT{(r.left + r.right) / 2, (r.top + r.bottom) / 2});
+  Click(close);
   EXPECT_FALSE(IsWindowVisible(preview));
 
   CerrarPuzzle(true);  // the preview goes back to the empty model box

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -20,102 +19,14 @@
 #include "support/assert_recorder.h"
 #include "widgets/widget_classes.h"
 #include "widgets/widget_messages.h"
+#include "win/support/real_input.h"
 
 namespace qv {
 namespace {
 
-const std::string kDist = QV_TEST_DIST_DIR;
-constexpr char kMainClass[] = "QvSetupTestMain";
+using namespace test;
 
-// ---- Input ---------------------------------------------------------------------------------
-
-void Pump(int ms) {
-  const DWORD end = GetTickCount() + static_cast<DWORD>(ms);
-  MSG message;
-  do {
-    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
-      if (OfferChildChar(message)) continue;
-      TranslateMessage(&message);
-      DispatchMessageA(&message);
-    }
-    Sleep(2);
-  } while (static_cast<LONG>(end - GetTickCount()) > 0);
-}
-
-bool UnderWine() {
-  HMODULE ntdll = GetModuleHandleA("ntdll.dll");
-  return ntdll && GetProcAddress(ntdll, "wine_get_version") != nullptr;
-}
-
-// Under Wine the pointer moves through the X server, as a real mouse moves it (Wine's own warps
-// report the old place once more after the new one).
-bool Xdotool(const char* arguments) {
-  static const bool available =
-      UnderWine() && GetFileAttributesA("Z:\\usr\\bin\\xdotool") != INVALID_FILE_ATTRIBUTES;
-  if (!available) return false;
-  char command[160];
-  std::snprintf(command, sizeof command, "/usr/bin/xdotool %s", arguments);
-  STARTUPINFOA startup{};
-  startup.cb = sizeof startup;
-  PROCESS_INFORMATION process{};
-  if (!CreateProcessA(nullptr, command, nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
-                      &process)) {
-    return false;
-  }
-  CloseHandle(process.hThread);
-  CloseHandle(process.hProcess);
-  return true;
-}
-
-template <class Condition>
-bool PumpUntil(Condition&& done) {
-  const DWORD start = GetTickCount();
-  while (!done()) {
-    if (GetTickCount() - start > 1500) return false;
-    Pump(5);
-  }
-  Pump(30);
-  return true;
-}
-
-void SendMouse(DWORD flags) {
-  INPUT input{};
-  input.type = INPUT_MOUSE;
-  input.mi.dwFlags = flags;
-  SendInput(1, &input, sizeof input);
-}
-
-bool LeftHeld() { return (GetAsyncKeyState(VK_LBUTTON) & 0x8000) != 0; }
-
-void MoveTo(int x, int y) {
-  char arguments[64];
-  std::snprintf(arguments, sizeof arguments, "mousemove %d %d", x, y);
-  if (!Xdotool(arguments)) {
-    SetCursorPos(x, y);
-    SendMouse(MOUSEEVENTF_MOVE);
-  }
-  EXPECT_TRUE(PumpUntil([&] {
-    POINT now{-1, -1};
-    return GetCursorPos(&now) && now.x == x && now.y == y;
-  })) << "the pointer did not reach " << x << "," << y;
-}
-
-void ClickAt(int x, int y) {
-  MoveTo(x, y);
-  Pump(30);
-  if (!Xdotool("mousedown 1")) SendMouse(MOUSEEVENTF_LEFTDOWN);
-  PumpUntil([] { return LeftHeld(); });
-  if (!Xdotool("mouseup 1")) SendMouse(MOUSEEVENTF_LEFTUP);
-  PumpUntil([] { return !LeftHeld(); });
-  Pump(30);
-}
-
-// A click in the middle of a window.
-void Click(HWND window) {
-  RECT rect;
-  GetWindowRect(window, &rect);
-  ClickAt((rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2);
-}
+const std::string kDist = GameDataFolder();
 
 void MoveAway() { MoveTo(1010, 750); }
 
@@ -199,60 +110,7 @@ std::string CountValue(HWND screen, int line) {
 
 bool Checked(HWND check) { return SendMessageA(check, MWM_GETCHECK, 0, 0) != 0; }
 
-// Writes the screen as it stands on the display to a .bmp, when QV_SCREENSHOT_DIR names a
-// folder (for looking at the screen; the tests do not need it).
-void Screenshot(HWND screen, const char* name) {
-  const char* folder = std::getenv("QV_SCREENSHOT_DIR");
-  if (!folder || !*folder) return;
-  Pump(100);
-  RECT rect;
-  GetWindowRect(screen, &rect);
-  const int width = rect.right - rect.left;
-  const int height = rect.bottom - rect.top;
-  HDC desktop = GetDC(nullptr);
-  HDC memory = CreateCompatibleDC(desktop);
-  BITMAPINFO info{};
-  info.bmiHeader.biSize = sizeof(BITMAPINFOHEADER);
-  info.bmiHeader.biWidth = width;
-  info.bmiHeader.biHeight = height;
-  info.bmiHeader.biPlanes = 1;
-  info.bmiHeader.biBitCount = 24;
-  void* bits = nullptr;
-  HBITMAP bitmap = CreateDIBSection(memory, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
-  HGDIOBJ old = SelectObject(memory, bitmap);
-  BitBlt(memory, 0, 0, width, height, desktop, rect.left, rect.top, SRCCOPY);
-  GdiFlush();
-  const DWORD imageBytes = static_cast<DWORD>(((width * 3 + 3) & ~3) * height);
-  BITMAPFILEHEADER file{};
-  file.bfType = 0x4D42;
-  file.bfOffBits = sizeof(BITMAPFILEHEADER) + sizeof(BITMAPINFOHEADER);
-  file.bfSize = file.bfOffBits + imageBytes;
-  const std::string path = std::string(folder) + "\\" + name + ".bmp";
-  if (FILE* out = std::fopen(path.c_str(), "wb")) {
-    std::fwrite(&file, sizeof file, 1, out);
-    std::fwrite(&info.bmiHeader, sizeof info.bmiHeader, 1, out);
-    std::fwrite(bits, imageBytes, 1, out);
-    std::fclose(out);
-  }
-  SelectObject(memory, old);
-  DeleteObject(bitmap);
-  DeleteDC(memory);
-  ReleaseDC(nullptr, desktop);
-}
-
 // ---- Fixture -------------------------------------------------------------------------------
-
-LRESULT CALLBACK MainProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  if (message == WM_ERASEBKGND) {
-    RECT client;
-    GetClientRect(window, &client);
-    HBRUSH felt = CreateSolidBrush(RGB(22, 78, 46));
-    FillRect(reinterpret_cast<HDC>(wParam), &client, felt);
-    DeleteObject(felt);
-    return 1;
-  }
-  return DefWindowProcA(window, message, wParam, lParam);
-}
 
 class SetupEnvironment : public ::testing::Environment {
  public:
@@ -261,12 +119,6 @@ class SetupEnvironment : public ::testing::Environment {
     ASSERT_TRUE(RegisterWidgetClasses(module));
     ASSERT_TRUE(RegisterNewGameClasses(module));
     ASSERT_TRUE(RegisterMessageBoxClass(module));
-    WNDCLASSA main{};
-    main.lpfnWndProc = MainProc;
-    main.hInstance = module;
-    main.hCursor = LoadCursor(nullptr, IDC_ARROW);
-    main.lpszClassName = kMainClass;
-    ASSERT_TRUE(RegisterClassA(&main));
     ASSERT_TRUE(OpenResourceFile((kDist + "Quorvex.rf").c_str())) << kDist;
     ASSERT_TRUE(texture_.LoadById(6000));
     ASSERT_TRUE(MosaicoPuzzle(texture_.Dib()));
@@ -308,8 +160,7 @@ class NewGameScreen : public ::testing::Test {
     test::Calls() = test::PuzzleWindowCalls{};
     SetProgramFolder(kDist);
     SetCurrentLanguage(1);
-    main_ = CreateWindowExA(0, kMainClass, "main", WS_POPUP | WS_VISIBLE, 0, 0, ScreenWidth(),
-                            ScreenHeight(), nullptr, nullptr, GetModuleHandleA(nullptr), nullptr);
+    main_ = test::CreateGameMainWindow();
     SetMainWindow(main_);
     SetBoardSize(ScreenWidth() - 49 - 30, ScreenHeight() - 78);
     Pump(20);
@@ -346,7 +197,6 @@ TEST_F(NewGameScreen, OpensCentredOverTheDisabledMainWindowWithTheFirstPictureCh
   EXPECT_NE(std::string(PuzzlePicturePath()).find("1.bmp"), std::string::npos);
   EXPECT_TRUE(PickerHasPicture(ThePickers()));
   EXPECT_TRUE(Checked(Tab(screen_, 0)));
-  Screenshot(screen_, "newgame-0-picture");
 
   Click(tiles[2]);
   EXPECT_EQ(SendMessageA(tiles[2], NGM_GETSELECTED, 0, 0), 1);
@@ -391,7 +241,6 @@ TEST_F(NewGameScreen, TabsSwitchPanelsAndTheCurrentTabDoesNothing) {
   ASSERT_NE(sizeSlider, nullptr);
   EXPECT_EQ(SendMessageA(sizeSlider, scroll::MWM_GETMAXIMUM, 0, 0), 100);
   EXPECT_EQ(SendMessageA(sizeSlider, scroll::MWM_GETVALUE, 0, 0), GetSizePercentage(ThePickers()));
-  Screenshot(screen_, "newgame-1-size");
 
   Click(Tab(screen_, 1));  // already current
   EXPECT_TRUE(Checked(Tab(screen_, 1)));
@@ -403,13 +252,11 @@ TEST_F(NewGameScreen, TabsSwitchPanelsAndTheCurrentTabDoesNothing) {
   EXPECT_NE(countSlider, sizeSlider);
   EXPECT_EQ(SendMessageA(countSlider, scroll::MWM_GETMAXIMUM, 0, 0), ThePickers().countSteps);
   EXPECT_EQ(CountValue(screen_, 2), std::to_string(PickerPieceCount(ThePickers())));
-  Screenshot(screen_, "newgame-2-pieces");
 
   Click(Tab(screen_, 3));
   EXPECT_EQ(VisibleSlider(screen_), nullptr);
   EXPECT_TRUE(IsWindowVisible(ShapeOption(screen_, 0)));
   EXPECT_TRUE(Checked(ShapeOption(screen_, 0)));
-  Screenshot(screen_, "newgame-3-shape");
   EXPECT_FALSE(Checked(Tab(screen_, 2)));
 }
 
@@ -469,7 +316,6 @@ TEST_F(NewGameScreen, SizeChangesUpdateTheCountSliderAndTexts) {
   EXPECT_EQ(GetCountPosition(ThePickers()), 0);
   EXPECT_EQ(ThePickers().columns, ThePickers().fewestColumns);
   EXPECT_EQ(CountValue(screen_, 2), std::to_string(PickerPieceCount(ThePickers())));
-  Screenshot(screen_, "newgame-2-coarsest");
 }
 
 TEST_F(NewGameScreen, PagesByFivesAndThePreviewShowsTheChosenPicture) {
@@ -525,7 +371,6 @@ TEST_F(NewGameScreen, AnUnreadablePictureIsShownUnavailableAndNeverChosen) {
   EXPECT_EQ(SendMessageA(tiles[0], NGM_GETSELECTED, 0, 0), 0);
   EXPECT_EQ(SendMessageA(tiles[1], NGM_GETSELECTED, 0, 0), 1);
   EXPECT_NE(std::string(PuzzlePicturePath()).find("2.bmp"), std::string::npos);
-  Screenshot(screen_, "newgame-unreadable");
 }
 
 

@@ -12,6 +12,7 @@
 #include "graphics/packed_dib.h"
 #include "widgets/widget_classes.h"
 #include "widgets/widget_window.h"
+#include "win/support/real_input.h"
 
 namespace qv::test {
 
@@ -63,21 +64,6 @@ class TestParent {
  private:
   HWND window_ = nullptr;
 };
-
-// ---- Real input ------------------------------------------------------------------------------
-
-// Runs the message loop (with the child-character rule) for about ms milliseconds.
-void Pump(int ms);
-// Waits until the pointer has stayed at that point for a few polls; false after 1.5 s.
-bool SettlePointer(int screenX, int screenY);
-// Moves the real pointer without waiting for it to arrive.
-void SendPointerTo(int screenX, int screenY);
-// Moves the real pointer and lets the windows see the move.
-void MoveTo(int screenX, int screenY);
-void MoveToClient(HWND window, int x, int y);
-void LeftDown();
-void LeftUp();  // nothing when the button is not held
-void TypeCharacter(char c);
 
 // The whole client area of a window, painted through WM_PRINTCLIENT into a 32-bit surface.
 class Snapshot {

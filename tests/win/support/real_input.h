@@ -1,0 +1,53 @@
+// Window tests' real input: the message loop, the desktop's one pointer, and the game's data and
+// main window for the tests of the game's screens.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+namespace qv::test {
+
+// Runs the message loop (with the child-character rule) for about ms milliseconds.
+void Pump(int ms);
+
+// Pumps until the condition holds (at most 1.5 s), then a little more for what follows it.
+template <class Condition>
+bool PumpUntil(Condition&& done) {
+  const DWORD start = GetTickCount();
+  while (!done()) {
+    if (GetTickCount() - start > 1500) return false;
+    Pump(5);
+  }
+  Pump(30);
+  return true;
+}
+
+// Runs xdotool with these arguments under Wine, where the pointer and keys are driven through
+// the X server as a real mouse drives them; false where there is no xdotool.
+bool Xdotool(const char* arguments);
+// Waits until the pointer is at that point of the screen; false after 1.5 s.
+bool SettlePointer(int screenX, int screenY);
+// Moves the real pointer without waiting for it to arrive.
+void SendPointerTo(int screenX, int screenY);
+// Moves the real pointer and lets the windows see the move.
+void MoveTo(int screenX, int screenY);
+inline void MoveTo(POINT p) { MoveTo(p.x, p.y); }
+void MoveToClient(HWND window, int x, int y);
+POINT OnScreen(HWND window, int x, int y);
+bool LeftHeld();
+void LeftDown();
+void LeftUp();  // nothing when the button is not held
+void ClickAt(int screenX, int screenY);
+void Click(HWND window);  // in the middle of the window
+// Presses at one point of the screen, moves there in three steps and releases.
+void Drag(POINT from, POINT to);
+void TypeCharacter(char c);
+
+// The folder holding the game's Quorvex.rf and Image\ (QV_GAME_DATA_DIR, or the environment's
+// QV_PUZZLE_DATA), as Wine names it, ending in a separator.
+std::string GameDataFolder();
+// A full-screen main window for the game's screens to open over.
+HWND CreateGameMainWindow();
+
+}  // namespace qv::test
