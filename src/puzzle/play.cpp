@@ -754,11 +754,6 @@ void RelojPuzzle() {
   engine::ShowClock(p.SegundosJuego);
 }
 
-ClockParts SplitSeconds(std::uint32_t total) {
-  return ClockParts{static_cast<int>(total / 3600), static_cast<int>((total / 60) % 60),
-                    static_cast<int>(total % 60)};
-}
-
 ResultadoJuego ResultadoPuzzle() {
   const EstadoPuzzle& p = P();
   ResultadoJuego r;

@@ -104,13 +104,6 @@ struct ResultadoJuego {
 };
 ResultadoJuego ResultadoPuzzle();
 
-struct ClockParts {
-  int hours = 0;
-  int minutes = 0;
-  int seconds = 0;
-};
-ClockParts SplitSeconds(std::uint32_t total);
-
 // The hint limit for a grid: a fifth of the pieces, truncated. The one rule for both playing
 // and saved games; in 64 bits, because a saved game's grid comes from a file.
 std::int64_t HintLimit(std::int32_t rows, std::int32_t columns);

@@ -69,13 +69,6 @@ int PictureOfTile(const PicturePage& page, int tile) {
   return picture < page.count ? picture : -1;
 }
 
-PicturePage PageShowing(int picture, int count) {
-  PicturePage page{count, 0};
-  if (picture < 0 || picture >= count) return page;
-  page.first = ClampFirst(picture / kTileCount * kTileCount, count);
-  return page;
-}
-
 Rect TileRect(int tile) { return Rect{140 + 88 * std::clamp(tile, 0, kTileCount - 1), 84, 80, 80}; }
 
 Rect PageArrowRect(bool forward) { return forward ? Rect{578, 96, 22, 56} : Rect{112, 96, 22, 56}; }

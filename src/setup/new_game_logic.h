@@ -101,8 +101,6 @@ bool CanPageBack(const PicturePage& page);
 bool CanPageOn(const PicturePage& page);
 // The picture a tile shows, or -1.
 int PictureOfTile(const PicturePage& page, int tile);
-// The page that shows a picture (its first tile when possible).
-PicturePage PageShowing(int picture, int count);
 
 Rect TileRect(int tile);
 Rect PageArrowRect(bool forward);

@@ -102,12 +102,6 @@ void CBuffer::TakeFrom(CBuffer& other) {
   capacity_ = std::exchange(other.capacity_, 0);
 }
 
-CBuffer CBuffer::FromInt(std::int32_t value) {
-  CBuffer result;
-  result.AssignInt(value);
-  return result;
-}
-
 void CBuffer::Clear() {
   std::free(text_);
   text_ = nullptr;

@@ -26,8 +26,6 @@ class CBuffer {
   CBuffer& operator=(CBuffer&& other) noexcept;
   ~CBuffer();
 
-  static CBuffer FromInt(std::int32_t value);
-
   void Clear();
   // Makes room for n bytes and sets the length to n; false when n is negative or memory ran out.
   bool Reserve(std::int32_t n);

@@ -50,7 +50,8 @@ TEST(CBufferAppend, GrowsToExactlyTheNewLength) {
   number += -45;
   number += 0;
   EXPECT_STREQ(number.Text(), "-450");
-  EXPECT_STREQ(CBuffer::FromInt(INT_MIN).Text(), "-2147483648");
+  number.AssignInt(INT_MIN);
+  EXPECT_STREQ(number.Text(), "-2147483648");
 
   CBuffer nearLimit(std::string(998, 'x').c_str());
   nearLimit += "yz";

@@ -344,22 +344,6 @@ TEST_F(EngineTest, NewGameScattersOverTheLowerHalfInAShuffledOrder) {
   EXPECT_EQ(log().clock.back(), 0u);
 }
 
-TEST_F(EngineTest, DealDrawsYBeforeXForEachPieceInNumberOrder) {
-  ASSERT_TRUE(StartGame(400, 300, 2, 2, kKnob2x2, 2, 2, 900, 700, false));
-  CerrarPuzzle(false);
-  ASSERT_TRUE(SetPuzzlePicture(MakeUniquePicture24(400, 300), "p.bmp"));
-  SeedRandom(77);
-  ASSERT_TRUE(CrearPuzzle(2, 2, kKnob2x2, true));
-  RandomSource replay(77);
-  const EstadoPuzzle& p = Puzzle();
-  for (std::uint32_t k = 0; k < 4; ++k) {
-    const double r1 = replay.Uniform();
-    const double r2 = replay.Uniform();
-    EXPECT_EQ(p.pieces[k].y, static_cast<int>((r1 + 1) * (700 - p.H) / 2)) << k;
-    EXPECT_EQ(p.pieces[k].x, static_cast<int>(r2 * (900 - p.W))) << k;
-  }
-}
-
 TEST_F(EngineTest, CutWithoutScatterKeepsTheGameValuesForTheLoader) {
   ASSERT_TRUE(StartGame(400, 300, 4, 4));
   CerrarPuzzle(false);

@@ -74,9 +74,6 @@ TEST(PicturePages, ExactlyFivePicturesNeverPageAndTilesOutsideAreEmpty) {
   EXPECT_EQ(PictureOfTile(page, 5), -1);
   EXPECT_EQ(PictureOfTile(page, -1), -1);
   EXPECT_EQ(PictureOfTile(PicturePage{3, 0}, 4), -1);
-  EXPECT_EQ(PageShowing(13, 15).first, 10);
-  EXPECT_EQ(PageShowing(16, 17).first, 12);
-  EXPECT_EQ(PageShowing(40, 17).first, 0);
 }
 
 TEST(PictureNames, NumberedPicturesSortByNumberBeforeTheOthers) {
