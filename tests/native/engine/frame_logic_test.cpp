@@ -4,11 +4,21 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <ostream>
 #include <string>
 
 #include "graphics/himage_ops.h"
 
 namespace qv {
+
+// Found by argument-dependent lookup, so beside FrameBox rather than in the unnamed namespace.
+static bool operator==(const FrameBox& a, const FrameBox& b) {
+  return a.x == b.x && a.y == b.y && a.width == b.width && a.height == b.height;
+}
+static void PrintTo(const FrameBox& f, std::ostream* os) {
+  *os << f.x << "," << f.y << " " << f.width << "x" << f.height;
+}
+
 namespace {
 
 constexpr int kTitle = 24;
@@ -36,42 +46,27 @@ TEST(BoxFrameDrag, InsideOrOutsideSelectsNothing) {
   EXPECT_EQ(FrameDragAt(100, 300, 300, 300, kTitle), FrameDrag::None);
 }
 
-TEST(BoxFrameDrag, ResizingKeepsTheOppositeEdge) {
+// A 300 x 300 frame at (100, 50): resizing keeps the opposite edges, never going below the minimum.
+TEST(BoxFrameDrag, ResizingKeepsTheOppositeEdgeAboveTheMinimum) {
+  struct Case {
+    FrameDrag drag;
+    int dx, dy;
+    FrameBox expected;
+  };
   const FrameBox start{100, 50, 300, 300};
-  const FrameBox left = DraggedFrame(FrameDrag::LeftEdge, start, -40, 25);
-  EXPECT_EQ(left.x, 60);
-  EXPECT_EQ(left.x + left.width, 400);
-  EXPECT_EQ(left.height, 300);
-  EXPECT_EQ(left.y, 50);
-
-  const FrameBox corner = DraggedFrame(FrameDrag::BottomLeft, start, 30, 40);
-  EXPECT_EQ(corner.x + corner.width, 400);
-  EXPECT_EQ(corner.width, 270);
-  EXPECT_EQ(corner.height, 340);
-
-  const FrameBox right = DraggedFrame(FrameDrag::BottomRight, start, 20, -10);
-  EXPECT_EQ(right.x, 100);
-  EXPECT_EQ(right.width, 320);
-  EXPECT_EQ(right.height, 290);
-
-  const FrameBox bottom = DraggedFrame(FrameDrag::BottomEdge, start, 77, 5);
-  EXPECT_EQ(bottom.width, 300);
-  EXPECT_EQ(bottom.height, 305);
-
-  const FrameBox moved = DraggedFrame(FrameDrag::Move, start, -30, 12);
-  EXPECT_EQ(moved.x, 70);
-  EXPECT_EQ(moved.y, 62);
-  EXPECT_EQ(moved.width, 300);
-}
-
-TEST(BoxFrameDrag, NeverBelowTheMinimumSize) {
-  const FrameBox start{100, 50, 300, 300};
-  const FrameBox left = DraggedFrame(FrameDrag::LeftEdge, start, 1000, 0);
-  EXPECT_EQ(left.width, kBoxMinWidth);
-  EXPECT_EQ(left.x + left.width, 400);  // the right edge still stays
-  const FrameBox corner = DraggedFrame(FrameDrag::BottomRight, start, -1000, -1000);
-  EXPECT_EQ(corner.width, kBoxMinWidth);
-  EXPECT_EQ(corner.height, kBoxMinHeight);
+  const Case cases[] = {
+      {FrameDrag::LeftEdge, -40, 25, {60, 50, 340, 300}},
+      {FrameDrag::BottomLeft, 30, 40, {130, 50, 270, 340}},
+      {FrameDrag::BottomRight, 20, -10, {100, 50, 320, 290}},
+      {FrameDrag::BottomEdge, 77, 5, {100, 50, 300, 305}},
+      {FrameDrag::Move, -30, 12, {70, 62, 300, 300}},
+      {FrameDrag::LeftEdge, 1000, 0, {400 - kBoxMinWidth, 50, kBoxMinWidth, 300}},
+      {FrameDrag::BottomRight, -1000, -1000, {100, 50, kBoxMinWidth, kBoxMinHeight}},
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(DraggedFrame(c.drag, start, c.dx, c.dy), c.expected)
+        << static_cast<int>(c.drag) << " by " << c.dx << "," << c.dy;
+  }
 }
 
 TEST(BoxFrameLayout, AreaAndButtonsFollowTheSize) {

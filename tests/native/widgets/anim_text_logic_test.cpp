@@ -188,15 +188,5 @@ TEST(TextPainting, ThePressedCaptionDropsOntoItsShadow) {
   EXPECT_EQ(PlanTextPaint(t).textColour, ColourRgb(160, 160, 164));
 }
 
-TEST(TextMouse, AReleaseOverTheCaptionClicksEvenAfterAPressElsewhere) {
-  TextWidget t;
-  t.ready = true;
-  Effects up = TextButtonUp(t, true);
-  EXPECT_EQ(Codes(up), (V{MWN_RELEASED, MWN_CLICKED}));
-  EXPECT_TRUE(t.hover);
-  EXPECT_TRUE(Has(up, Effect::kStartTimer, kHoverTimer));
-  EXPECT_EQ(Codes(TextHoverTimer(t, false)), V{MWN_LEAVE});
-}
-
 }  // namespace
 }  // namespace qv

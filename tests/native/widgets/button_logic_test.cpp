@@ -93,24 +93,6 @@ TEST(PushGestures, HoverPlaysTheSoundWithEnterAndPollsForTheLeave) {
   EXPECT_TRUE(PushHoverTimer(b, false).empty()) << "a tick queued before the kill is ignored";
 }
 
-TEST(PushGestures, DraggingBackOnBeforeTheReleaseClicks) {
-  PushButton b = ReadyPush();
-  V record;
-  Append(record, PushButtonDown(b));
-  Append(record, PushMouseMove(b, false));
-  Effects back = PushMouseMove(b, true);
-  EXPECT_TRUE(Has(back, Effect::kPlaySound, kHoverSound));
-  Append(record, back);
-  EXPECT_EQ(b.state, kPushPressed);
-  Effects up = PushButtonUp(b, true);
-  Append(record, up);
-  EXPECT_EQ(record, (V{MWN_PRESSED, MWN_LEAVE, MWN_ENTER, MWN_RELEASED, MWN_CLICKED}));
-  EXPECT_EQ(b.state, kPushHover);
-  EXPECT_TRUE(Has(up, Effect::kStartTimer, kHoverTimer)) << "hover polling resumes after a click";
-  EXPECT_LT(IndexOf(up, Effect::kPlaySound, kClickSound), IndexOf(up, Effect::kNotify, MWN_CLICKED));
-  EXPECT_LT(IndexOf(up, Effect::kNotify, MWN_RELEASED), IndexOf(up, Effect::kNotify, MWN_CLICKED));
-}
-
 TEST(PushEnabling, DisablingDuringAPressDropsTheCaptureAndReturnsToNormal) {
   PushButton b = ReadyPush();
   PushButtonDown(b);

@@ -124,22 +124,6 @@ TEST(ScrollParts, PointsAndBandsFollowThePartSizes) {
   EXPECT_EQ(ScrollBandSource(s, 3).sourceY, 4 * 40) << "disabled shows version 0";
 }
 
-TEST(ScrollClick, APressAndQuickReleaseOnPartOneStepsUpAtTheRelease) {
-  ScrollWidget s = ReadyScroll();
-  Effects down = ScrollButtonDown(s, 5, 300);
-  EXPECT_EQ(Codes(down), (V{MWN_PRESSED, scroll::PressPartCode(1)}));
-  EXPECT_TRUE(Has(down, Effect::kStartTimer, kScrollDelayTimer));
-  EXPECT_EQ(s.value, 50);
-  Effects up = ScrollButtonUp(s, false, 5);
-  EXPECT_EQ(s.value, 55);
-  EXPECT_EQ(Codes(up), (V{MWN_CLICKED, scroll::ReleasePartCode(1), MWN_RELEASED}));
-  EXPECT_EQ(s.lastTimer, kHoverTimer);
-
-  ScrollButtonDown(s, 45, 300);
-  ScrollButtonUp(s, false, 45);
-  EXPECT_EQ(s.value, 50) << "part 3 steps down";
-}
-
 TEST(ScrollClick, ReleasedOnAnotherPartOrWindowIsNoStep) {
   ScrollWidget s = ReadyScroll();
   ScrollButtonDown(s, 5, 300);
@@ -242,18 +226,6 @@ TEST(ScrollHover, EnteringTheWidgetPollsAndMovingBetweenPartsReportsBoth) {
   EXPECT_TRUE(ScrollTimer(s, kHoverTimer, false).empty());
   EXPECT_EQ(Codes(ScrollTimer(s, kHoverTimer, true)), (V{scroll::LeavePartCode(2), MWN_LEAVE}));
   EXPECT_EQ(s.lastTimer, 0);
-}
-
-TEST(ScrollDrag, OneStepPerMoveThatPassesTheThreshold) {
-  ScrollWidget s = ReadyScroll();
-  ScrollButtonDown(s, 20, 400);
-  EXPECT_EQ(s.lastTimer, 0) << "the middle part never repeats";
-  EXPECT_TRUE(ScrollDragMove(s, 397, 768).empty());
-  EXPECT_EQ(Codes(ScrollDragMove(s, 388, 768)), V{MWN_CLICKED}) << "12 pixels up in one event";
-  EXPECT_EQ(s.value, 55);
-  EXPECT_EQ(s.anchorY, 388);
-  ScrollDragMove(s, 394, 768);
-  EXPECT_EQ(s.value, 50) << "moving down steps down";
 }
 
 TEST(ScrollDrag, ThePointerWrapsAtTheScreenEdgesKeepingTheDistance) {

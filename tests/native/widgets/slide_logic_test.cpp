@@ -63,15 +63,6 @@ TEST(SlideValues, TheDragAddsHalfAStepWhereTheMessageSnaps) {
   EXPECT_EQ(SlideDragValue(s, 0.0), 2);
 }
 
-TEST(SlideValues, SettingTheValueDuringADragIsIgnored) {
-  SlideWidget s = HorizontalSlide();
-  const SlidePoint knob = s.knobPosition;
-  SlideButtonDown(s, knob.x + 10, knob.y + 5);
-  ASSERT_TRUE(s.dragging);
-  EXPECT_FALSE(SlideSetValue(s, 90));
-  EXPECT_EQ(s.value, 50);
-}
-
 TEST(SlideTrack, PointsTravelAsSignedWords) {
   const SlidePoint p{-5, 300};
   EXPECT_EQ(PackSlidePoint(p), 0x012CFFFBu);

@@ -243,9 +243,6 @@ TEST(PieceBoxes, NamesAreKeptAndCut) {
   char name[64] = {};
   GetWindowTextA(BoxWindow(2), name, sizeof name);
   EXPECT_STREQ(name, "Box3 ");
-  SetWindowTextA(BoxWindow(2), "Tools");
-  GetWindowTextA(BoxWindow(2), name, sizeof name);
-  EXPECT_STREQ(name, "Tools");
   SetWindowTextA(BoxWindow(2), std::string(60, 'x').c_str());
   EXPECT_EQ(GetWindowTextA(BoxWindow(2), name, sizeof name), 39);
   SetWindowTextA(BoxWindow(2), "Box3 ");
