@@ -20,7 +20,9 @@
 #include "puzzle/puzzle_windows.h"
 #include "puzzle/puzzle_windows_internal.h"
 #include "core/app.h"
+#include "support/assert_recorder.h"
 #include "widgets/widget_classes.h"
+#include "widgets/widget_messages.h"
 #include "win/support/real_input.h"
 #include "win/win_test_support.h"
 
@@ -421,6 +423,85 @@ TEST(PicturePreview, SizeFollowsThePictureAndCloseHidesIt) {
   CerrarPuzzle(true);  // the preview goes back to the empty model box
   EXPECT_EQ(WindowSize(preview).cx, 248);
   EXPECT_EQ(WindowSize(preview).cy, 219);
+}
+
+// ---- Manners of the screens ------------------------------------------------------------------
+
+TEST(ScreenManners, BoxFrameReportsAnInvalidAreaAndAPressWithoutAMode) {
+  AssertRecorder checks;
+  const RECT place{0, 0, 100, 100};
+  EXPECT_EQ(puzzle_win::CreateAreaWindow(kAreaCount, MainWindow(), place, nullptr), nullptr);
+  EXPECT_TRUE(checks.saw("Valor de Id invalido, supera el numero de boxs especificado"));
+  checks.clear();
+  // The area covers the frame's inside, so a press there reaches the frame only when sent.
+  HWND frame = BoxWindow(2);
+  RECT client;
+  GetClientRect(frame, &client);
+  SendMessageA(frame, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(client.right / 2, client.bottom / 2));
+  EXPECT_TRUE(checks.saw("modo de arrastre no reconocido"));
+  EXPECT_NE(GetCapture(), frame);
+}
+
+TEST(ScreenManners, BoxFrameAConfirmedEmptyNameIsStored) {
+  HWND frame = BoxWindow(3);
+  ShowFrame(frame);
+  SetWindowTextA(frame, "Animals");
+  // The rename question runs its own loop: a timer answers it with Enter and an empty field.
+  SetTimer(nullptr, 0, 150, [](HWND, UINT, UINT_PTR id, DWORD) {
+    KillTimer(nullptr, id);
+    if (HWND box = FindWindowA(kMessageBoxClass, nullptr)) SendMessageA(box, UM_CHILDCHAR, '\r', 0);
+  });
+  SendMessageA(frame, MWM_NOTIFY, MWN_CLICKED, reinterpret_cast<LPARAM>(GetDlgItem(frame, 11)));
+  char name[40] = "unchanged";
+  GetWindowTextA(frame, name, sizeof name);
+  EXPECT_STREQ(name, "");
+  EXPECT_TRUE(IsWindowEnabled(frame));
+  SendMessageA(frame, WM_CLOSE, 0, 0);
+}
+
+// The texture screen's children: the animated preview strip at (116, 110).
+HWND TexturePreview(HWND screen) {
+  HWND preview = ChildWindowFromPoint(screen, POINT{120, 114});
+  return preview != screen ? preview : nullptr;
+}
+
+TEST(ScreenManners, MosaicThePreviewStripIsNoButtonAndEscapeCloses) {
+  ASSERT_TRUE(SetTableTextureIndex(4));
+  HWND screen = OpenMosaicScreen(MainWindow());
+  ASSERT_TRUE(screen);
+  Pump(50);
+  HWND preview = TexturePreview(screen);
+  ASSERT_TRUE(preview);
+  EXPECT_EQ(SendMessageA(preview, anim::MWM_GETFRAME, 0, 0), 4);
+  for (int code : {MWN_ENTER, MWN_PRESSED, MWN_RELEASED, MWN_LEAVE}) {
+    SendMessageA(screen, MWM_NOTIFY, static_cast<WPARAM>(code), reinterpret_cast<LPARAM>(preview));
+    Pump(300);  // long enough for an opening animation to run
+    EXPECT_EQ(SendMessageA(preview, anim::MWM_GETFRAME, 0, 0), 4) << "after " << code;
+  }
+  EXPECT_EQ(TableTextureIndex(), 4);
+  EXPECT_FALSE(IsWindowEnabled(MainWindow()));
+  SendMessageA(screen, WM_CHAR, VK_ESCAPE, 0);
+  Pump(50);
+  EXPECT_FALSE(IsWindow(screen));
+  EXPECT_TRUE(IsWindowEnabled(MainWindow()));
+  ASSERT_TRUE(SetTableTextureIndex(0));
+}
+
+TEST(ScreenManners, MosaicDraggedPastTheEdgeItStaysOnTheScreen) {
+  HWND screen = OpenMosaicScreen(MainWindow());
+  ASSERT_TRUE(screen);
+  Pump(50);
+  RECT before;
+  GetWindowRect(screen, &before);
+  // Its background between the title and the preview, to the screen's last row.
+  Drag(OnScreen(screen, 20, 60), POINT{before.left + 20 + 100, ScreenHeight() - 1});
+  RECT after;
+  GetWindowRect(screen, &after);
+  EXPECT_LE(after.bottom, ScreenHeight());
+  EXPECT_LE(after.right, ScreenWidth());
+  EXPECT_GT(after.top, before.top);  // it did move
+  SendMessageA(screen, WM_CLOSE, 0, 0);
+  Pump(50);
 }
 
 }  // namespace
