@@ -79,19 +79,24 @@ const RfDirectoryEntry* ResourceFile::FindEntry(std::uint32_t identifier) const 
   return nullptr;
 }
 
-bool ResourceFile::LoadPicture(std::uint32_t identifier, PackedDib& into) {
+bool ResourceFile::ReadPictureHeader(std::uint32_t identifier, BitmapInfoHeader& header) {
   if (!QV_CHECK(file_.IsOpen(), "no ha sido declarado el .rf")) return false;
   const RfDirectoryEntry* entry = FindEntry(identifier);
   if (!QV_CHECK(entry != nullptr, "este bitmap no esta registrado en el .rf")) return false;
 
   const std::uint64_t offset = EntryOffset(*entry);
-  BitmapInfoHeader header;
   if (offset + sizeof header > directoryStart_ || !file_.Seek(offset) ||
       !file_.ReadExact(&header, sizeof header) || !HeaderIsUsable(header)) {
     return false;
   }
   const std::uint64_t colourBytes = std::uint64_t{4} * header.biClrUsed;
-  if (offset + sizeof header + colourBytes + header.biSizeImage > directoryStart_) return false;
+  return offset + sizeof header + colourBytes + header.biSizeImage <= directoryStart_;
+}
+
+bool ResourceFile::LoadPicture(std::uint32_t identifier, PackedDib& into) {
+  BitmapInfoHeader header;
+  if (!ReadPictureHeader(identifier, header)) return false;
+  const std::uint64_t colourBytes = std::uint64_t{4} * header.biClrUsed;
 
   HIMAGE block = PackedDib::AllocateBlock(header.biSizeImage);
   if (!block) return false;

@@ -34,6 +34,9 @@ class ResourceFile {
   // Loads the picture into a packed DIB laid out with room for 256 colours, replacing what
   // `into` held. On any failure `into` keeps its previous picture.
   bool LoadPicture(std::uint32_t identifier, PackedDib& into);
+  // Only the picture's header, checked as LoadPicture checks it, with every byte the picture
+  // needs inside the file: what a caller needs to know the size before loading it.
+  bool ReadPictureHeader(std::uint32_t identifier, BitmapInfoHeader& header);
 
  private:
   bool ReadDirectory(BinaryFile&& file);

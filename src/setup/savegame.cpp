@@ -97,7 +97,8 @@ std::int64_t FieldTextLength(const std::uint8_t* field, std::size_t bytes) {
 std::string TemporaryPathFor(const char* path) { return std::string(path) + ".tmp"; }
 
 // The file and byte entries share these; the handle is opened on a file or on bytes.
-bool LoadGameFrom(BinaryFile& file, const char* programFolder, LoadedGame& loaded);
+bool LoadGameFrom(BinaryFile& file, const char* programFolder, LoadedGame& loaded,
+                  SavedPictureLoader loadPicture);
 bool ReadPreviewFrom(BinaryFile& file, PackedDib& preview);
 
 // ---- Saving ----------------------------------------------------------------------------------
@@ -203,29 +204,12 @@ bool WriteSavedGame(BinaryFile& file, const Header header,
 
 // ---- Loading ---------------------------------------------------------------------------------
 
-// Everything the header says, checked before anything is installed.
-struct HeaderFields {
-  bool inMediaFolder = false;
-  std::int32_t dieRows = 0;
-  std::int32_t dieCols = 0;
-  std::uint32_t dieId = 0;
-  std::string storedPath;
-  BoxNames names;
-  std::int32_t rows = 0;
-  std::int32_t columns = 0;
-  double scale = 0.0;
-  std::int32_t hintsUsed = 0;
-  std::uint32_t seconds = 0;
-  std::uint8_t solutionShown = 0;
-  std::int64_t pieces = 0;
-};
-
 bool MagicMatches(const Header header) {
   // Compared as a zero-terminated text: "MWPF10" followed by anything but a zero is refused.
   return std::memcmp(header + kMagicOffset, kMagic, sizeof kMagic) == 0;
 }
 
-bool ParseHeader(const Header header, std::uint64_t fileSize, HeaderFields& out) {
+bool ParseHeader(const Header header, std::uint64_t fileSize, ParsedGame& out) {
   if (!MagicMatches(header)) return false;
   const std::int64_t pathLength = FieldTextLength(header + kPathOffset, kSavePathBytes);
   if (pathLength < 0) return false;
@@ -282,37 +266,43 @@ bool ParseHeader(const Header header, std::uint64_t fileSize, HeaderFields& out)
 // The die must be in the resource file with the size its grid gives; checked here so that a
 // bad file is refused quietly instead of tripping the cut's checks.
 bool DieFits(std::uint32_t dieId, std::int32_t dieRows, std::int32_t dieCols) {
+  // The header is enough: the cut loads the die itself, with the same checks.
   ResourceFile& resources = TheResourceFile();
   if (!resources.IsOpen() || resources.FindEntry(dieId) == nullptr) return false;
-  PackedDib die;
-  if (!resources.LoadPicture(dieId, die)) return false;
-  return ImageBitCount(die.get()) == 8 && die.width() == dieCols * kDieCell + 2 * kDieMargin &&
-         die.height() == dieRows * kDieCell + 2 * kDieMargin;
+  BitmapInfoHeader die{};
+  if (!resources.ReadPictureHeader(dieId, die)) return false;
+  return die.biBitCount == 8 && die.biWidth == dieCols * kDieCell + 2 * kDieMargin &&
+         die.biHeight == dieRows * kDieCell + 2 * kDieMargin;
 }
 
-struct Body {
-  std::int32_t counts[kAreaCount] = {};
-  std::vector<std::uint32_t> order;
-  std::vector<Pieza> pieces;
-};
-
-bool ReadBody(BinaryFile& file, std::int64_t n, Body& body) try {
+bool ReadBody(BinaryFile& file, std::int64_t n, ParsedGame& body) try {
   std::uint8_t counts[kBoxCountsBytes];
   if (!file.ReadExact(counts, sizeof counts)) return false;
-  for (int area = 0; area < kAreaCount; ++area) body.counts[area] = GetI32(counts + 4 * area);
+  std::int64_t total = 0;
+  for (int area = 0; area < kAreaCount; ++area) {
+    body.counts[area] = GetI32(counts + 4 * area);
+    if (body.counts[area] < 0) return false;
+    total += body.counts[area];
+  }
+  if (total != n) return false;
 
   const auto pieces = static_cast<std::size_t>(n);
   std::vector<std::uint8_t> raw(pieces * kSavePieceRecordBytes);
   if (!file.ReadExact(raw.data(), 4 * pieces)) return false;
   body.order.resize(pieces);
+  // Each piece exactly once.
+  std::vector<bool> seen(pieces);
   for (std::size_t i = 0; i < pieces; ++i) {
-    body.order[i] = static_cast<std::uint32_t>(GetI32(raw.data() + 4 * i));
+    const auto piece = static_cast<std::uint32_t>(GetI32(raw.data() + 4 * i));
+    if (piece >= pieces || seen[piece]) return false;
+    seen[piece] = true;
+    body.order[i] = piece;
   }
   if (!file.ReadExact(raw.data(), raw.size())) return false;
-  body.pieces.resize(pieces);
+  body.records.resize(pieces);
   for (std::size_t k = 0; k < pieces; ++k) {
     const std::uint8_t* record = raw.data() + kSavePieceRecordBytes * k;
-    Pieza& piece = body.pieces[k];
+    Pieza& piece = body.records[k];
     piece.group = static_cast<std::uint32_t>(GetI32(record));
     // Only "not selected" (1) and "selected" (0) exist; the padding stays zero in the engine.
     piece.unselected = record[4] != 0 ? 1 : 0;
@@ -321,6 +311,10 @@ bool ReadBody(BinaryFile& file, std::int64_t n, Body& body) try {
     piece.y = GetI32(record + 12);
     // Groups are numbered 1 ... N (a group takes the number of one of its pieces + 1).
     if (piece.group > static_cast<std::uint64_t>(n)) return false;
+    if (piece.x < -kMaxPiecePosition || piece.x > kMaxPiecePosition ||
+        piece.y < -kMaxPiecePosition || piece.y > kMaxPiecePosition) {
+      return false;
+    }
   }
   return true;
 } catch (const std::bad_alloc&) {
@@ -337,7 +331,7 @@ bool EveryPieceInGroup(std::uint32_t group) {
 }
 
 // Steps after the pieces are in: boxes, redraw, clock and flags.
-void FinishLoad(const HeaderFields& fields) {
+void FinishLoad(const ParsedGame& fields) {
   EstadoPuzzle& p = Puzzle();
   const EngineHooks& hooks = Hooks();
   for (int box = 0; box < kBoxCount; ++box) {
@@ -356,20 +350,32 @@ void FinishLoad(const HeaderFields& fields) {
   engine::ShowClock(p.SegundosJuego);
 }
 
-bool LoadOpenedGame(BinaryFile& file, const char* programFolder, LoadedGame& loaded) {
+bool ParseOpenedGame(BinaryFile& file, ParsedGame& parsed) {
   Header header;
-  if (!file.ReadExact(header, kSaveHeaderBytes)) return false;
-  HeaderFields fields;
-  if (!ParseHeader(header, file.Size(), fields)) return false;
+  return file.ReadExact(header, kSaveHeaderBytes) && ParseHeader(header, file.Size(), parsed) &&
+         ReadBody(file, parsed.pieces, parsed);
+}
+
+bool LoadPictureFile(const std::string& path) {
+  // Only a plain file: a path naming a device or a pipe could block the read forever.
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(path, error) || error) return false;
+  return LoadPuzzlePicture(path.c_str());
+}
+
+// The whole file is read and checked before the picture is loaded and cut: a bad body costs
+// no cut.
+bool LoadOpenedGame(BinaryFile& file, const char* programFolder, LoadedGame& loaded,
+                    SavedPictureLoader loadPicture) {
+  ParsedGame fields;
+  if (!ParseOpenedGame(file, fields)) return false;
+  file.Close();
   if (!DieFits(fields.dieId, fields.dieRows, fields.dieCols)) return false;
 
   const std::string root = PictureDriveRoot(programFolder);
   const std::string picturePath =
       ResolveStoredPicturePath(fields.storedPath.c_str(), fields.inMediaFolder, root);
-  // Only a plain file: a path naming a device or a pipe could block the read forever.
-  std::error_code error;
-  if (!std::filesystem::is_regular_file(picturePath, error) || error) return false;
-  if (!LoadPuzzlePicture(picturePath.c_str())) return false;
+  if (!(loadPicture ? loadPicture : &LoadPictureFile)(picturePath)) return false;
 
   EstadoPuzzle& p = Puzzle();
   p.scale = fields.scale;
@@ -380,10 +386,7 @@ bool LoadOpenedGame(BinaryFile& file, const char* programFolder, LoadedGame& loa
   p.solutionShown = fields.solutionShown;
   if (!CrearPuzzle(fields.dieRows, fields.dieCols, fields.dieId, false)) return false;
 
-  Body body;
-  if (!ReadBody(file, fields.pieces, body)) return false;
-  if (!RestorePieces(body.counts, body.order.data(), body.pieces.data())) return false;
-  file.Close();
+  if (!RestorePieces(fields.counts, fields.order.data(), fields.records.data())) return false;
 
   FinishLoad(fields);
   loaded.names = fields.names;
@@ -478,14 +481,20 @@ bool SaveGame(const char* path, bool withPreview, const char* programFolder,
 bool LoadGame(const char* path, const char* programFolder, LoadedGame& loaded) {
   BinaryFile file;
   if (path == nullptr || !file.OpenRead(path)) return false;
-  return LoadGameFrom(file, programFolder, loaded);
+  return LoadGameFrom(file, programFolder, loaded, nullptr);
 }
 
 bool LoadGameFromBytes(std::span<const std::uint8_t> bytes, const char* programFolder,
-                       LoadedGame& loaded) {
+                       LoadedGame& loaded, SavedPictureLoader loadPicture) {
   BinaryFile file;
   file.OpenBytes(bytes);
-  return LoadGameFrom(file, programFolder, loaded);
+  return LoadGameFrom(file, programFolder, loaded, loadPicture);
+}
+
+bool ParseSavedGame(std::span<const std::uint8_t> bytes, ParsedGame& parsed) {
+  BinaryFile file;
+  file.OpenBytes(bytes);
+  return ParseOpenedGame(file, parsed);
 }
 
 bool ReadPreview(const char* path, PackedDib& preview) {
@@ -504,9 +513,10 @@ bool ReadPreviewFromBytes(std::span<const std::uint8_t> bytes, PackedDib& previe
 
 namespace {
 
-bool LoadGameFrom(BinaryFile& file, const char* programFolder, LoadedGame& loaded) {
+bool LoadGameFrom(BinaryFile& file, const char* programFolder, LoadedGame& loaded,
+                  SavedPictureLoader loadPicture) {
   CerrarPuzzle(true);
-  if (LoadOpenedGame(file, programFolder, loaded)) return true;
+  if (LoadOpenedGame(file, programFolder, loaded, loadPicture)) return true;
   file.Close();
   CerrarPuzzle(true);
   return false;

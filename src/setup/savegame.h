@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "graphics/packed_dib.h"
 #include "puzzle/puzzle_model.h"
@@ -63,6 +64,36 @@ struct LoadedGame {
   bool hintsAvailable = false;
 };
 
+// Everything a saved game holds apart from its preview, read and checked against the file
+// alone: the header's fields, then the body's box counts (each at least zero, adding up to
+// rows x columns), the order (each piece once) and the piece records (groups 1 ... N, positions
+// within reach). Nothing here needs the die, the picture or the engine.
+struct ParsedGame {
+  bool inMediaFolder = false;
+  std::int32_t dieRows = 0;
+  std::int32_t dieCols = 0;
+  std::uint32_t dieId = 0;
+  std::string storedPath;
+  BoxNames names;
+  std::int32_t rows = 0;
+  std::int32_t columns = 0;
+  double scale = 0.0;
+  std::int32_t hintsUsed = 0;
+  std::uint32_t seconds = 0;
+  std::uint8_t solutionShown = 0;
+  std::int64_t pieces = 0;
+  std::int32_t counts[kAreaCount] = {};
+  std::vector<std::uint32_t> order;
+  std::vector<Pieza> records;
+};
+// False for any fault; `parsed` is then unspecified.
+bool ParseSavedGame(std::span<const std::uint8_t> bytes, ParsedGame& parsed);
+
+// How a load gets the picture a saved game names, once the path is resolved: installs it as the
+// puzzle's picture (LoadPuzzlePicture or SetPuzzlePicture) or answers false. Null means the file
+// at that path, which must be a plain file.
+using SavedPictureLoader = bool (*)(const std::string& path);
+
 // Loads a saved game into the engine. The running puzzle is closed first (a missing file
 // changes nothing). Every count, size and index of the file is checked against what the file
 // really holds before anything is installed; on any failure the answer is false and no puzzle
@@ -72,7 +103,7 @@ struct LoadedGame {
 bool LoadGame(const char* path, const char* programFolder, LoadedGame& loaded);
 // The same for a saved game already in memory (the bytes are only read during the call).
 bool LoadGameFromBytes(std::span<const std::uint8_t> bytes, const char* programFolder,
-                       LoadedGame& loaded);
+                       LoadedGame& loaded, SavedPictureLoader loadPicture = nullptr);
 
 // Reads only the header and the preview of a saved game into a packed 16-bit picture (pixels at
 // byte 1064). False, with `preview` emptied, for any fault or when no preview bytes follow.

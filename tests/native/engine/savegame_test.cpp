@@ -322,12 +322,19 @@ TEST_F(SavedGameTest, CorruptFilesAreRefusedAndCloseTheRunningGame) {
       {"position far out", [=](Bytes& b) { SetI32(b, records + 8, 1 << 30); }},
       {"group beyond N", [=](Bytes& b) { SetI32(b, records, 13); }},
   };
-  for (const auto& [what, corrupt] : cases) {
+  ParsedGame parsed;
+  EXPECT_TRUE(ParseSavedGame(good, parsed));
+  EXPECT_EQ(parsed.rows * parsed.columns, 12);
+  // The body's faults (the last six cases) are found from the file alone, before any cut.
+  const std::size_t firstBodyCase = cases.size() - 6;
+  for (std::size_t i = 0; i < cases.size(); ++i) {
+    const auto& [what, corrupt] = cases[i];
     Bytes bytes = good;
     corrupt(bytes);
     StartGame();
     EXPECT_FALSE(Load(bytes)) << what;
     EXPECT_FALSE(PuzzleAbierto()) << what;
+    if (i >= firstBodyCase) EXPECT_FALSE(ParseSavedGame(bytes, parsed)) << what;
   }
   // Bad files are refused quietly; only "N smaller" (8 pieces, 2 hints) trips the debug check
   // on hints before its body is found short.
