@@ -334,7 +334,9 @@ TEST_F(SavedGameTest, CorruptFilesAreRefusedAndCloseTheRunningGame) {
     StartGame();
     EXPECT_FALSE(Load(bytes)) << what;
     EXPECT_FALSE(PuzzleAbierto()) << what;
-    if (i >= firstBodyCase) EXPECT_FALSE(ParseSavedGame(bytes, parsed)) << what;
+    if (i >= firstBodyCase) {
+      EXPECT_FALSE(ParseSavedGame(bytes, parsed)) << what;
+    }
   }
   // Bad files are refused quietly; only "N smaller" (8 pieces, 2 hints) trips the debug check
   // on hints before its body is found short.
