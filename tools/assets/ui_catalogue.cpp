@@ -155,6 +155,8 @@ std::vector<UiPicture> BuildCatalogue() {
   c.push_back(Anim10(113, S::kBars, 70, Icon::kTrophy));
   c.push_back(Anim10(115, S::kBars, 70, Icon::kQuestion));
   c.push_back(Anim10(126, S::kBars, 70, Icon::kMagnifier));
+  c.push_back(Anim10(257, S::kBars, 70, Icon::kOpenFolder));
+  c.push_back(Anim10(258, S::kBars, 70, Icon::kSaveBox));
   // Video frame and information screen.
   c.push_back(Plain(162, S::kVideoInfo, 480, 470, [] { return VideoFrame(); }));
   c.push_back(Push(163, S::kVideoInfo, 70, 40, [] { return IconPush(70, 40, Icon::kCross, Backdrop::kWood); }));

@@ -221,6 +221,44 @@ void Symbol(cairo_t* cr, Icon icon) {
       cairo_close_path(cr);
       cairo_fill(cr);
       break;
+    case Icon::kOpenFolder:
+      // A folder's back with its tab, its front tipped open towards the viewer, and a sheet
+      // standing out of it.
+      cairo_move_to(cr, -0.40, 0.30);
+      cairo_line_to(cr, -0.40, -0.26);
+      cairo_line_to(cr, -0.16, -0.26);
+      cairo_line_to(cr, -0.10, -0.18);
+      cairo_line_to(cr, 0.30, -0.18);
+      cairo_line_to(cr, 0.30, -0.04);
+      Stroke(cr, 0.07);
+      cairo_rectangle(cr, -0.20, -0.32, 0.34, 0.30);
+      Stroke(cr, 0.05);
+      cairo_move_to(cr, -0.40, 0.32);
+      cairo_line_to(cr, -0.24, -0.04);
+      cairo_line_to(cr, 0.44, -0.04);
+      cairo_line_to(cr, 0.28, 0.32);
+      cairo_close_path(cr);
+      cairo_fill(cr);
+      break;
+    case Icon::kSaveBox:
+      // A box with its label and shutter, and an arrow pointing into it.
+      cairo_move_to(cr, -0.36, -0.16);
+      cairo_line_to(cr, 0.24, -0.16);
+      cairo_line_to(cr, 0.36, -0.04);
+      cairo_line_to(cr, 0.36, 0.40);
+      cairo_line_to(cr, -0.36, 0.40);
+      cairo_close_path(cr);
+      Stroke(cr, 0.07);
+      cairo_rectangle(cr, -0.20, 0.14, 0.40, 0.22);
+      cairo_fill(cr);
+      Line(cr, 0.0, -0.44, 0.0, -0.12);
+      Stroke(cr, 0.10);
+      cairo_move_to(cr, -0.15, -0.16);
+      cairo_line_to(cr, 0.15, -0.16);
+      cairo_line_to(cr, 0.0, 0.04);
+      cairo_close_path(cr);
+      cairo_fill(cr);
+      break;
     case Icon::kBin:
       Line(cr, -0.30, -0.24, 0.30, -0.24);
       Line(cr, -0.08, -0.32, 0.08, -0.32);

@@ -11,7 +11,7 @@ namespace qv::assets {
 enum class Icon {
   kCross, kMinimise, kCheck, kPlus, kMinus, kQuestion, kInfo, kExclaim, kNext, kPlay, kReplay,
   kGlobe, kPrinter, kEye, kMagnifier, kBulb, kNote, kTrophy, kSolve, kExit, kBin, kPencil,
-  kSpeaker, kWave, kStop, kPicture, kPiece, kSwatch,
+  kSpeaker, kWave, kStop, kPicture, kPiece, kSwatch, kOpenFolder, kSaveBox,
 };
 
 // Draws the symbol centred in the box, in `ink` over a dark drop shadow.

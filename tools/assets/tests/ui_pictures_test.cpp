@@ -105,6 +105,7 @@ const Expected kScreensLoad[] = {
     {187, 188, StripKind::kAnim, 10},  {158, 158, StripKind::kAnim, 10},  {128, 128, StripKind::kAnim, 10},
     {127, 127, StripKind::kAnim, 10},  {117, 117, StripKind::kAnim, 10},  {124, 124, StripKind::kAnim, 10},
     {113, 113, StripKind::kAnim, 10},  {115, 115, StripKind::kAnim, 10},  {126, 126, StripKind::kAnim, 10},
+    {257, 258, StripKind::kAnim, 10},
     {106, 106, StripKind::kAnim, 6},   {135, 135, StripKind::kScroll, 3}, {197, 197, StripKind::kScroll, 3},
     {221, 221, StripKind::kScroll, 3}, {503, 503, StripKind::kSprite, 2}, {505, 505, StripKind::kSprite, 2},
     {507, 507, StripKind::kSprite, 1},
