@@ -1,4 +1,4 @@
-// CWNDBACK: the title bar, the board, the six box buttons and the information button.
+// CWNDBACK: the title bar, the board, the six box buttons, the information button and the bars.
 #include "shell/main_window.h"
 
 #include <memory>
@@ -8,6 +8,7 @@
 #include "puzzle/play.h"
 #include "puzzle/puzzle_windows.h"
 #include "core/app.h"
+#include "screens/bars_window.h"
 #include "shell/game_hooks.h"
 #include "shell/shell_layout.h"
 #include "shell/title_bar.h"
@@ -66,6 +67,7 @@ LRESULT OnCreate(HWND window) {
   CreateBoxButtons(window, *r);
   CreateBoxWindows(window);
   CreateInfoButton(window, *r);
+  CreateBars(window);
   SetWindowTextA(PreviewWindow(), LocalizedString(120, 60).c_str());
   return 0;
 }
