@@ -118,13 +118,6 @@ TEST(HonourPlaceRule, EqualScoresGoBelow) {
   EXPECT_EQ(HonourPlace(roll, 10), 10);  // equal to the tenth earns nothing
 }
 
-TEST_F(RecordsTest, AGameSolvedByTheProgramEarnsNoPlace) {
-  HonourEntry pending;
-  EXPECT_EQ(BeginHonourEntry(Folder(), 5000, pending, false), 10);
-  EXPECT_EQ(BeginHonourEntry(Folder(), 5000, pending, true), 0);
-  EXPECT_EQ(pending.score, 5000);
-}
-
 TEST(HonourScreen, RowsAndButtonsSitWhereTheScreenSizeSays) {
   const HonourLayout small = HonourScreenLayout(800, 600);
   EXPECT_EQ(small.placeX, 80 + 30);
