@@ -9,6 +9,7 @@
 #include "shell/language_screen.h"
 #include "shell/main_window.h"
 #include "core/resource_ids.h"
+#include "screens/honour_window.h"
 #include "shell/title_bar.h"
 #include "widgets/widget_classes.h"
 
@@ -49,6 +50,7 @@ void RegisterGameClasses(HINSTANCE instance) {
   RegisterTitleBarClass(instance);
   RegisterNewGameClasses(instance);
   RegisterMessageBoxClass(instance);
+  RegisterHonourClasses(instance);
 }
 
 int RunMessageLoop() {
