@@ -145,10 +145,10 @@ HonourEntry& ThePendingHonourEntry() {
 }
 
 std::int32_t BeginHonourEntry(const char* programFolder, std::int32_t score,
-                              HonourEntry& pending) {
+                              HonourEntry& pending, bool countsForHonour) {
   HonourRoll roll;
   LoadRecords(programFolder, roll);
-  pending.place = HonourPlace(roll, score);
+  pending.place = countsForHonour ? HonourPlace(roll, score) : kHonourPlaces;
   pending.score = score;
   return pending.place;
 }

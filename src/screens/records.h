@@ -78,9 +78,10 @@ struct HonourEntry {
 HonourEntry& ThePendingHonourEntry();
 
 // The decision of a finished game: reloads the roll and remembers the place the score would
-// take. Returns that place; below 10 the caller opens the honour screen and asks for a name.
+// take. Returns that place; below 10 the caller opens the honour screen and asks for a name. A
+// game that does not count (the program assembled the picture for the player) takes none.
 std::int32_t BeginHonourEntry(const char* programFolder, std::int32_t score,
-                              HonourEntry& pending);
+                              HonourEntry& pending, bool countsForHonour = true);
 
 // What happened to a name given for the pending entry.
 enum class HonourNameResult {

@@ -1,7 +1,10 @@
 // The engine hooks of the running game.
 #include "shell/game_hooks.h"
 
+#include <windows.h>
+
 #include "puzzle/puzzle_windows.h"
+#include "screens/game_end.h"
 #include "shell/title_bar.h"
 
 namespace qv {
@@ -11,9 +14,21 @@ void ShowClock(void*, std::uint32_t total, int hours, int minutes, int seconds) 
   ShowGameTime(total, hours, minutes, seconds);
 }
 
+UINT_PTR g_gameEndTimer = 0;
+
+void CALLBACK RunGameEndOnce(HWND, UINT, UINT_PTR, DWORD) {
+  KillTimer(nullptr, g_gameEndTimer);
+  g_gameEndTimer = 0;
+  RunGameEnd();
+}
+
 // The engine has already laid the picture out and stopped the clock. The questions that follow
-// a finished game (wallpaper, honour roll) hang on this one hook.
-void GameFinished(void*) {}
+// (wallpaper, honour roll) wait for the message loop: the hook is called from inside the drop
+// that completed the picture, and the questions must not run their own loops in the middle of
+// it.
+void GameFinished(void*) {
+  if (g_gameEndTimer == 0) g_gameEndTimer = SetTimer(nullptr, 0, 0, RunGameEndOnce);
+}
 
 }  // namespace
 

@@ -10,6 +10,7 @@
 #include "shell/main_window.h"
 #include "core/resource_ids.h"
 #include "screens/bars_window.h"
+#include "screens/honour_window.h"
 #include "shell/title_bar.h"
 #include "widgets/widget_classes.h"
 
@@ -50,6 +51,7 @@ void RegisterGameClasses(HINSTANCE instance) {
   RegisterTitleBarClass(instance);
   RegisterNewGameClasses(instance);
   RegisterMessageBoxClass(instance);
+  RegisterHonourClasses(instance);
   RegisterBarClasses(instance);
 }
 

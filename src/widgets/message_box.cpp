@@ -4,6 +4,7 @@
 #include "graphics/control_dc.h"
 #include "graphics/himage_draw.h"
 #include "graphics/himage_ops.h"
+#include "core/window_helpers.h"
 #include "system/language.h"
 #include "widgets/widget_classes.h"
 #include "widgets/widget_geometry.h"
@@ -56,8 +57,7 @@ struct BoxState {
   HWND ok = nullptr;
   HWND cancel = nullptr;
   widget::FontHandle font;
-  bool dragging = false;
-  POINT lastCursor{0, 0};
+  BackgroundDrag drag;
   HPALETTE keptPalette = nullptr;
   bool paletteKept = false;
   PaletteHandle palette;
@@ -73,7 +73,7 @@ struct BoxState {
     cancelPicture.reset();
     edit = ok = cancel = nullptr;
     font.Reset();
-    dragging = false;
+    drag = BackgroundDrag{};
     keptPalette = nullptr;
     paletteKept = false;
     palette.Reset();
@@ -184,31 +184,11 @@ void OnNotify(HWND box, WPARAM code, LPARAM sender) {
   Close(box, reinterpret_cast<HWND>(sender) == Box().ok ? 1 : 0);
 }
 
-void OnLButtonDown(HWND box) {
-  BoxState& b = Box();
-  SetCapture(box);
-  b.dragging = true;
-  GetCursorPos(&b.lastCursor);
-}
-
-void OnMouseMove(HWND box) {
-  BoxState& b = Box();
-  if (!b.dragging) return;
-  POINT cursor;
-  if (!GetCursorPos(&cursor) || (cursor.x == b.lastCursor.x && cursor.y == b.lastCursor.y)) return;
-  RECT place;
-  GetWindowRect(box, &place);
-  SetWindowPos(box, nullptr, place.left + cursor.x - b.lastCursor.x,
-               place.top + cursor.y - b.lastCursor.y, 0, 0,
-               SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
-  b.lastCursor = cursor;
-}
-
-void EndDrag(HWND box) {
-  BoxState& b = Box();
-  if (!b.dragging) return;
-  b.dragging = false;
-  if (GetCapture() == box) ReleaseCapture();
+// The field keeps the keyboard whenever the box is active, as it had at creation.
+bool OnActivate(WPARAM state) {
+  if (LOWORD(state) == WA_INACTIVE || !Box().edit) return false;
+  SetFocus(Box().edit);
+  return true;
 }
 
 LRESULT OnPaletteNeeded(HWND box) {
@@ -263,16 +243,14 @@ LRESULT CALLBACK MessageBoxProc(HWND box, UINT message, WPARAM wParam, LPARAM lP
     case WM_ERASEBKGND: return 1;
     case MWM_NOTIFY: OnNotify(box, wParam, lParam); return 0;
     case UM_CHILDCHAR: return OnChildChar(box, wParam);
-    case WM_LBUTTONDOWN: OnLButtonDown(box); return 0;
-    case WM_MOUSEMOVE: OnMouseMove(box); return 0;
-    case WM_LBUTTONUP: EndDrag(box); return 0;
-    case WM_CAPTURECHANGED: Box().dragging = false; return 0;
+    // A box without a field has the keyboard itself: Enter and Escape reach it directly.
+    case WM_CHAR: OnChildChar(box, wParam); return 0;
+    case WM_LBUTTONDOWN: StartBackgroundDrag(box, Box().drag); return 0;
+    case WM_MOUSEMOVE: FollowBackgroundDrag(box, Box().drag); return 0;
+    case WM_LBUTTONUP:
+    case WM_CAPTURECHANGED: EndBackgroundDrag(box, Box().drag); return 0;
     case WM_ACTIVATE:
-      // The field keeps the keyboard whenever the box is active, as it had at creation.
-      if (LOWORD(wParam) != WA_INACTIVE && Box().edit) {
-        SetFocus(Box().edit);
-        return 0;
-      }
+      if (OnActivate(wParam)) return 0;
       break;
     case WM_QUERYNEWPALETTE: return OnPaletteNeeded(box);
     case WM_PALETTECHANGED:
@@ -287,13 +265,7 @@ LRESULT CALLBACK MessageBoxProc(HWND box, UINT message, WPARAM wParam, LPARAM lP
 }
 
 bool RegisterMessageBoxClass(HINSTANCE instance) {
-  WNDCLASSA windowClass{};
-  windowClass.style = CS_OWNDC;
-  windowClass.lpfnWndProc = MessageBoxProc;
-  windowClass.hInstance = instance;
-  windowClass.hCursor = LoadCursor(nullptr, IDC_ARROW);
-  windowClass.lpszClassName = kMessageBoxClass;
-  return RegisterClassA(&windowClass) != 0;
+  return RegisterScreenClass(instance, kMessageBoxClass, MessageBoxProc, CS_OWNDC);
 }
 
 HWND ShowMessageBox(UINT stringBase, HWND parent, bool twoButtons, bool withInput) {
@@ -302,14 +274,9 @@ HWND ShowMessageBox(UINT stringBase, HWND parent, bool twoButtons, bool withInpu
   auto face = std::make_unique<ControlDC>();
   if (!face->LoadById(kMessageBoxFace)) return nullptr;
 
-  RECT outer{0, 0, face->Width(), face->Height()};
-  AdjustWindowRectEx(&outer, kBoxStyle, FALSE, 0);
-  const int width = outer.right - outer.left;
-  const int height = outer.bottom - outer.top;
-  const ScreenPlace place = CentreOnScreen(GetSystemMetrics(SM_CXSCREEN),
-                                           GetSystemMetrics(SM_CYSCREEN), width, height);
-  HINSTANCE module = GetModuleHandleA(nullptr);
-  if (LoadStringA(module, stringBase + static_cast<UINT>(CurrentLanguage()), b.message,
+  const int width = face->Width();
+  const int height = face->Height();
+  if (LoadStringA(GetModuleHandleA(nullptr), stringBase + static_cast<UINT>(CurrentLanguage()), b.message,
                   kMessageCapacity + 1) <= 0) {
     b.message[0] = '\0';
   }
@@ -319,13 +286,8 @@ HWND ShowMessageBox(UINT stringBase, HWND parent, bool twoButtons, bool withInpu
   b.withInput = withInput;
   g_result = 0;
   Typed().Clear();
-  if (parent) EnableWindow(parent, FALSE);
-  HWND box = CreateWindowExA(0, kMessageBoxClass, "", kBoxStyle, place.x, place.y, width, height,
-                             parent, nullptr, module, nullptr);
-  if (!box) {
-    if (parent) EnableWindow(parent, TRUE);
-    b.Clear();
-  }
+  HWND box = OpenCentredScreen(kMessageBoxClass, kBoxStyle, width, height, parent);
+  if (!box) b.Clear();
   return box;
 }
 

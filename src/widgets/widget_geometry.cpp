@@ -77,8 +77,5 @@ MessageBoxKey MessageBoxChar(int character) {
   return key;
 }
 
-ScreenPlace CentreOnScreen(int screenWidth, int screenHeight, int windowWidth, int windowHeight) {
-  return ScreenPlace{(screenWidth - windowWidth) / 2, (screenHeight - windowHeight) / 2};
-}
 
 }  // namespace qv

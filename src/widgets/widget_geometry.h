@@ -39,11 +39,4 @@ struct MessageBoxKey {
 };
 MessageBoxKey MessageBoxChar(int character);
 
-// The top-left corner that centres a window on the screen.
-struct ScreenPlace {
-  int x = 0;
-  int y = 0;
-};
-ScreenPlace CentreOnScreen(int screenWidth, int screenHeight, int windowWidth, int windowHeight);
-
 }  // namespace qv

@@ -68,6 +68,20 @@ exec xvfb-run -a -s "-screen 0 ${size}x${depth}" bash -c '
             echo "FAILED: board after step $a differs (see $work/shots)"
           fi
         fi ;;
+      key) xdotool key "$a"; pause 0.5 ;;
+      type) xdotool type --delay 120 "$a"; pause 0.5 ;;
+      look) import-im6.q16 -window root "$work/shots/$a-screen.png" ;;
+      record)
+        # The honour roll file: 296 bytes, the typed name first.
+        records="$game/Records.mwr"
+        if [ "$(stat -c %s "$records" 2>/dev/null)" != 296 ] ||
+           [ "$(dd if="$records" bs=1 skip=16 count=${#a} 2>/dev/null)" != "$a" ]; then
+          failures=$((failures + 1)); echo "FAILED: Records.mwr does not start with $a"
+        fi ;;
+      wallpaper)
+        if [ ! -s "$WINEPREFIX/drive_c/windows/Quorvex.bmp" ]; then
+          failures=$((failures + 1)); echo "FAILED: the finished picture did not become the wallpaper"
+        fi ;;
       same)
         if ! cmp -s "$work/shots/$a.ppm" "$work/shots/$b.ppm"; then
           failures=$((failures + 1)); echo "FAILED: $a and $b differ: the clock did not stop"

@@ -416,6 +416,22 @@ bool Scenario::Finish() {
     }
   }
   if (!p.PuzzleTerminado) return false;
+  // The end of the game: yes to the wallpaper question (its OK button, as that box has no field
+  // to take the keyboard), a name for the empty honour roll, then the roll is closed.
+  constexpr int kBoxWidth = 500, kBoxHeight = 305;
+  const int boxLeft = (s_.screenWidth - kBoxWidth) / 2;
+  const int boxTop = (s_.screenHeight - kBoxHeight) / 2;
+  Wait(1.5);
+  Click({boxLeft + 60, boxTop + 285});
+  Wait(2.0);
+  steps_ << "type Ana\n";
+  steps_ << "key Return\n";
+  Wait(1.5);
+  steps_ << "look honour\n";
+  steps_ << "record Ana\n";
+  steps_ << "wallpaper\n";
+  steps_ << "key Escape\n";
+  Wait(1.5);
   if (!Shot("finished", AREA_TABLERO)) return false;
   ClockShot("clock-finished");
   Wait(2.5);

@@ -12,6 +12,8 @@
 #include <vector>
 
 #include "graphics/bitmap_file.h"
+#include "graphics/bitmap_writer.h"
+#include "graphics/packed_dib.h"
 
 namespace qv {
 namespace {
@@ -250,6 +252,38 @@ TEST_F(ImageMagickTest, ScaledReadsMatchTheRowAndColumnRule) {
       }
     }
   }
+}
+
+// The writer against ImageMagick: a picture read into memory and written out again decodes to
+// the same pixels, at the same depth and with its own colour table.
+TEST_F(ImageMagickTest, WrittenPicturesDecodeLikeTheirSources) {
+  for (const Sample& sample : samples_) {
+    if (sample.topDown || sample.bits == 4) continue;  // the game's pictures in memory: 8 or 24
+    SCOPED_TRACE(sample.name);
+    const std::vector<RgbQuad> colours = OpenSample(sample);
+    BitmapInfoHeader header{};
+    ASSERT_TRUE(file_.GetHeader(&header));
+    const auto pixelBytes = static_cast<std::size_t>(BitmapFile::ImageSize(header));
+    PackedDib picture;
+    picture.Adopt(PackedDib::AllocateBlock(pixelBytes), kDibPixelOffset + pixelBytes);
+    std::memcpy(picture.get(), &header, sizeof header);
+    if (!colours.empty()) std::memcpy(DibColours(picture.get()), colours.data(), 4 * colours.size());
+    ASSERT_TRUE(file_.ReadPixels(DibPixels(picture.get())));
+    file_.Close();
+
+    const fs::path written = dir_ / ("written_" + std::to_string(sample.bits) + ".bmp");
+    ASSERT_TRUE(WriteBitmapFile(written.string().c_str(), picture.get()));
+    EXPECT_FALSE(fs::exists(written.string() + ".tmp"));
+    EXPECT_TRUE(SamePicture(Decode(written, header.biWidth, header.biHeight), sample.reference));
+    BitmapFile back;
+    ASSERT_TRUE(back.Open(written.string().c_str()));
+    BitmapInfoHeader backHeader{};
+    ASSERT_TRUE(back.GetHeader(&backHeader));
+    EXPECT_EQ(backHeader.biBitCount, sample.bits);
+    EXPECT_EQ(back.ColourCount(), static_cast<int>(colours.size()));
+  }
+  EXPECT_FALSE(WriteBitmapFile((dir_ / "none.bmp").string().c_str(), nullptr));
+  EXPECT_FALSE(fs::exists(dir_ / "none.bmp"));
 }
 
 }  // namespace

@@ -52,7 +52,8 @@ RgbImage OptionPanelTile() { return WoodTile(103, 103, 2, false, 1.1); }
 
 RgbImage HonourTile() {
   Canvas canvas(80, 80);
-  canvas.Place(ParchmentTile(80, 80, 160), 0, 0);
+  // Dark walnut: the rows are written in the program's cream text colour straight onto it.
+  canvas.Place(WoodTile(80, 80, 160, false, 0.8), 0, 0);
   cairo_t* cr = canvas.cr();
   // A faint lattice of diamonds and dots; the diamonds on the edges are drawn whole on both
   // sides, so the tile repeats without a seam.
@@ -63,7 +64,7 @@ RgbImage HonourTile() {
       cairo_line_to(cr, cx, cy + 7);
       cairo_line_to(cr, cx - 7, cy);
       cairo_close_path(cr);
-      SetShade(cr, ui::kBrass, 0.35);
+      SetShade(cr, ui::kBrass, 0.22);
       cairo_fill(cr);
     }
   }

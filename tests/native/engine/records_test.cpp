@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+#include "graphics/himage_ops.h"
+#include "screens/honour_logic.h"
 #include "support/assert_recorder.h"
 
 namespace qv {
@@ -114,6 +116,76 @@ TEST(HonourPlaceRule, EqualScoresGoBelow) {
   EXPECT_EQ(HonourPlace(roll, 101), 0);
   EXPECT_EQ(HonourPlace(roll, 11), 9);
   EXPECT_EQ(HonourPlace(roll, 10), 10);  // equal to the tenth earns nothing
+}
+
+TEST(HonourScreen, RowsAndButtonsSitWhereTheScreenSizeSays) {
+  const HonourLayout small = HonourScreenLayout(800, 600);
+  EXPECT_EQ(small.placeX, 80 + 30);
+  EXPECT_EQ(small.nameX, 80 + 60);
+  EXPECT_EQ(small.scoreX, 80 + 420);
+  EXPECT_EQ(small.rowY[0], 60 + 63);
+  EXPECT_EQ(small.rowY[9], 60 + 63 + 270);
+  EXPECT_EQ(small.clearButton.x, 593);
+  EXPECT_EQ(small.clearButton.y, 501);
+  EXPECT_EQ(small.closeButton.x, 691);
+  const HonourLayout large = HonourScreenLayout(1920, 1080);
+  EXPECT_EQ(large.area.x, 640);
+  EXPECT_EQ(large.rowY[0], 300 + 63);
+  EXPECT_EQ(large.clearButton.x, 1424);  // 1424.998 truncated
+  EXPECT_EQ(large.clearButton.y, 902);
+  EXPECT_EQ(large.closeButton.x, 1659);
+
+  HonourRoll roll;
+  ResetRecords(roll);
+  roll.entries[9].score = -42;
+  std::memcpy(roll.entries[9].name, "Zoe\0tail", 9);
+  const HonourRowText last = HonourRow(roll, 9);
+  EXPECT_EQ(last.place, "10");
+  EXPECT_EQ(last.name, "Zoe");
+  EXPECT_EQ(last.score, "-42");
+  EXPECT_EQ(HonourRow(roll, 0).name, kEmptyName);
+  EXPECT_EQ(HonourRow(roll, 0).score, "0");
+  EXPECT_EQ(HonourRow(roll, 10).place, "");
+}
+
+// An 8-bit picture whose every pixel is its column (mod 256), coloured red = index through a
+// table that also tells the pictures apart by blue.
+PackedDib IndexedPicture(int width, int height, std::uint8_t blue) {
+  PackedDib picture;
+  EXPECT_TRUE(picture.Allocate(width, height));
+  DibHeader(picture.get())->biClrUsed = 256;
+  for (int i = 0; i < 256; ++i) DibColours(picture.get())[i] = {blue, 0, std::uint8_t(i), 0};
+  for (int y = 0; y < height; ++y) {
+    for (int x = 0; x < width; ++x) *ImagePixel(picture.get(), x, y) = std::uint8_t(x + y);
+  }
+  return picture;
+}
+
+std::uint32_t PixelAt(HIMAGE image, int x, int y) {
+  const std::uint8_t* p = ImagePixel(image, x, y);
+  return std::uint32_t(p[2]) << 16 | std::uint32_t(p[1]) << 8 | p[0];
+}
+
+TEST(HonourScreen, BackgroundTilesEvery80PixelsAndCentresTheTitle) {
+  const PackedDib tile = IndexedPicture(90, 90, 7);  // larger than a step: cut to 80 x 80
+  const PackedDib title = IndexedPicture(50, 20, 9);
+  PackedDib background;
+  ASSERT_TRUE(ComposeHonourBackground(250, 170, tile.get(), title.get(), background));
+  ASSERT_EQ(ImageBitCount(background.get()), 24);
+  ASSERT_EQ(ImageWidth(background.get()), 250);
+  EXPECT_EQ(PixelAt(background.get(), 0, 30), 30u << 16 | 7);
+  EXPECT_EQ(PixelAt(background.get(), 79, 79), 158u << 16 | 7);
+  EXPECT_EQ(PixelAt(background.get(), 80 + 5, 160 + 3), 8u << 16 | 7);  // a new tile starts
+  EXPECT_EQ(PixelAt(background.get(), 249, 169), 18u << 16 | 7);  // cut at the edge
+  // The title at x = (250 - 50) / 2 = 100, y = 0, in its own colours.
+  EXPECT_EQ(PixelAt(background.get(), 100, 0), 0u << 16 | 9);
+  EXPECT_EQ(PixelAt(background.get(), 149, 19), 68u << 16 | 9);
+  EXPECT_EQ(PixelAt(background.get(), 150, 19), 89u << 16 | 7);
+
+  // Missing pictures leave black; a surface that cannot be had is refused.
+  ASSERT_TRUE(ComposeHonourBackground(30, 20, nullptr, nullptr, background));
+  EXPECT_EQ(PixelAt(background.get(), 29, 19), 0u);
+  EXPECT_FALSE(ComposeHonourBackground(0, 600, tile.get(), title.get(), background));
 }
 
 TEST_F(RecordsTest, NewEntryIsWrittenInPlaceAndKeepsTheOldNameTail) {

@@ -1,21 +1,15 @@
-// Stand-ins for the honour roll and the file screen, which the bars open, until those screens
-// are built: they record what the bars asked for.
+// A stand-in for the file screen, which the option bar opens, until that screen is built: it
+// records what the bar asked for.
 #include "bars_test_stubs.h"
 
-#include "screens/honour_window.h"
 #include "setup/file_screen_window.h"
 
 namespace qv {
 
 namespace test {
-int g_honourRollOpened = 0;
 int g_fileScreenOpened[2] = {};
 }  // namespace test
 
-HWND OpenHonourRoll() {
-  ++test::g_honourRollOpened;
-  return nullptr;
-}
 HWND OpenFileScreen(FileScreenMode mode) {
   ++test::g_fileScreenOpened[mode == FileScreenMode::Save ? 1 : 0];
   return nullptr;

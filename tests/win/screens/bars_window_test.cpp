@@ -12,6 +12,7 @@
 #include "puzzle/puzzle_model.h"
 #include "puzzle/puzzle_windows.h"
 #include "screens/bars_window.h"
+#include "screens/honour_window.h"
 #include "widgets/widget_classes.h"
 #include "widgets/widget_messages.h"
 #include "win/support/real_input.h"
@@ -36,6 +37,7 @@ class BarsEnvironment : public ::testing::Environment {
     ASSERT_TRUE(RegisterWidgetClasses(instance));
     ASSERT_TRUE(RegisterPuzzleWindowClasses(instance));
     ASSERT_TRUE(RegisterBarClasses(instance));
+    ASSERT_TRUE(RegisterHonourClasses(instance));
     HWND main = CreateGameMainWindow();
     ASSERT_TRUE(main);
     SetMainWindow(main);
@@ -248,8 +250,12 @@ TEST_F(Bars, HintAnswerReachesItsButtonAndHonourOpensTheRoll) {
   EXPECT_EQ(SendMessageA(hint, MWM_GETENABLED, 0, 0), 1);
 
   Click(Button(ToolPanel(), 4));
-  EXPECT_EQ(g_honourRollOpened, 1);
   EXPECT_TRUE(IsWindowVisible(ToolPanel()));  // a click never hides the panel
+  HWND roll = FindWindowA(kHonourClass, nullptr);
+  ASSERT_TRUE(roll);
+  SendMessageA(roll, WM_CLOSE, 0, 0);
+  EXPECT_TRUE(PumpUntil([] { return !FindWindowA(kHonourClass, nullptr); }));
+  EXPECT_TRUE(IsWindowEnabled(MainWindow()));
 }
 
 TEST_F(Bars, MagnifierTogglesWhateverOpenedThePreview) {

@@ -238,6 +238,18 @@ TEST_F(NewGameScreen, ConfirmingAtOnceCutsShapeZeroAtTheFinestGridAndFitScale) {
   EXPECT_DOUBLE_EQ(Puzzle().scale, chosen.fitScale);
 }
 
+TEST_F(NewGameScreen, EnterConfirmsAndTabsAndShapesCarryTheirIdentifiers) {
+  ASSERT_NE(Open(), nullptr);
+  for (int tab = 0; tab < 4; ++tab) EXPECT_EQ(GetDlgItem(screen_, 300 + tab), Tab(screen_, tab));
+  for (int s = 0; s < 3; ++s) EXPECT_EQ(GetDlgItem(screen_, 200 + s), ShapeOption(screen_, s));
+  test::Calls().cutOnCreate = true;
+  SendMessageA(screen_, WM_KEYDOWN, VK_RETURN, 0);
+  Pump(30);
+  EXPECT_EQ(test::Calls().boardParents.size(), 1u);
+  EXPECT_FALSE(IsWindow(screen_));
+  EXPECT_TRUE(IsWindowEnabled(main_));
+}
+
 TEST_F(NewGameScreen, TabsSwitchPanelsAndTheCurrentTabDoesNothing) {
   ASSERT_NE(Open(), nullptr);
   const std::vector<HWND> tiles = Tiles(screen_);

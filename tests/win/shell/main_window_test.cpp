@@ -12,6 +12,7 @@
 #include "core/app.h"
 #include "shell/language_screen.h"
 #include "shell/main_window.h"
+#include "widgets/widget_messages.h"
 #include "shell/startup_win32.h"
 #include "shell/title_bar.h"
 #include "widgets/widget_classes.h"
@@ -241,6 +242,28 @@ TEST_F(MainWindowTest, LanguageChangeRenamesOnlyUntouchedBoxes) {
   EXPECT_EQ(BoxName(0), "Box1 ");
   EXPECT_EQ(BoxName(2), "Edges");
   SetWindowTextA(BoxWindow(2), "Box3 ");
+}
+
+TEST_F(MainWindowTest, LanguageScreenClosesOnEscapeAndConfirmsOnEnter) {
+  LanguageScreen s = OpenScreen();
+  Click(s.screen, s.spanish);
+  SendMessageA(s.screen, WM_CHAR, VK_ESCAPE, 0);
+  Pump();
+  EXPECT_FALSE(IsWindow(s.screen));
+  EXPECT_EQ(CurrentLanguage(), 1);
+  // Keys typed while a child has the focus reach the screen through the child-character rule.
+  s = OpenScreen();
+  Click(s.screen, s.spanish);
+  EXPECT_NE(SendMessageA(s.screen, UM_CHILDCHAR, VK_RETURN, 0), 0);
+  Pump();
+  EXPECT_FALSE(IsWindow(s.screen));
+  EXPECT_EQ(CurrentLanguage(), 0);
+  EXPECT_TRUE(IsWindowEnabled(MainWindow()));
+  s = OpenScreen();
+  Click(s.screen, s.english);
+  SendMessageA(s.screen, WM_CHAR, VK_RETURN, 0);
+  Pump();
+  EXPECT_EQ(CurrentLanguage(), 1);
 }
 
 }  // namespace

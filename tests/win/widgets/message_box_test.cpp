@@ -81,6 +81,18 @@ TEST_F(MessageBoxWindow, TheBoxAnswersForwardedCharactersItself) {
   EXPECT_EQ(MessageBoxResult(), 1);
 }
 
+TEST_F(MessageBoxWindow, WithoutAFieldTheKeysOfThePlayerAnswer) {
+  Open(true, false);
+  TypeCharacter('\x1b');
+  EXPECT_FALSE(IsWindow(box));
+  EXPECT_EQ(MessageBoxResult(), 0);
+  EnableWindow(parent.hwnd(), TRUE);
+  Open(true, false);
+  TypeCharacter('\r');
+  EXPECT_FALSE(IsWindow(box));
+  EXPECT_EQ(MessageBoxResult(), 1);
+}
+
 TEST_F(MessageBoxWindow, ClickingCancelGivesZeroAndOkGivesOne) {
   Open(true, false);
   HWND cancel = Button(420, 265);
