@@ -31,6 +31,8 @@ Bar& BarOf(BarKind kind);
 
 // The strips of both bars are the same window with another tile and label.
 LRESULT CALLBACK BarStripProc(HWND strip, UINT message, WPARAM wParam, LPARAM lParam);
+// Shows the current language's label on the bar's strip.
+void ReloadStripLabel(Bar& bar);
 
 // The panel's click on button `index` of its bar's layout (the bar's own file decides).
 using PanelAction = void (*)(Bar& bar, int index);

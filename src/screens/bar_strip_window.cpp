@@ -1,5 +1,7 @@
 // CWNDBARRAHER and CWNDBARRAOPC: the thin strips at the left and bottom edges whose touch slides
 // their bar's panel out. Both are one window with their own tile and label.
+#include <memory>
+
 #include "core/app.h"
 #include "graphics/control_dc.h"
 #include "screens/bar_parts.h"
@@ -17,7 +19,9 @@ using widget::RecordOf;
 struct StripRecord {
   Bar* bar = nullptr;
   ControlDC tile;
-  ControlDC label;
+  // The word picture the label shows now; a new language loads the next one before the label
+  // lets go of this one.
+  std::unique_ptr<ControlDC> label = std::make_unique<ControlDC>();
 };
 
 std::uint32_t LabelImage(BarKind kind) {
@@ -34,9 +38,9 @@ LRESULT OnCreate(HWND strip, const CREATESTRUCTA* create) {
   bar->strip = strip;
   r->tile.LoadById(static_cast<std::uint32_t>(bar->kind == BarKind::Tool ? kToolStripTile
                                                                          : kOptionStripTile));
-  r->label.LoadById(LabelImage(bar->kind));
+  r->label->LoadById(LabelImage(bar->kind));
   bar->label = CreatePictureChild(strip, kAnimClass, bar->layout.label.x, bar->layout.label.y,
-                                  r->label.Dib());
+                                  r->label->Dib());
   return 0;
 }
 
@@ -66,6 +70,15 @@ void OnNotify(const StripRecord& r, WPARAM code, LPARAM lParam) {
 }
 
 }  // namespace
+
+void ReloadStripLabel(Bar& bar) {
+  StripRecord* r = bar.strip ? RecordOf<StripRecord>(bar.strip) : nullptr;
+  if (!r || !bar.label) return;
+  auto words = std::make_unique<ControlDC>();
+  if (!words->LoadById(LabelImage(bar.kind))) return;
+  SendMessageA(bar.label, MWM_SETIMAGE, 0, reinterpret_cast<LPARAM>(words->Dib()));
+  r->label = std::move(words);
+}
 
 LRESULT CALLBACK BarStripProc(HWND strip, UINT message, WPARAM wParam, LPARAM lParam) {
   if (message == WM_CREATE) return OnCreate(strip, reinterpret_cast<CREATESTRUCTA*>(lParam));

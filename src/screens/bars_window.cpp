@@ -65,4 +65,9 @@ void SetHintButtonAvailable(bool available) {
   }
 }
 
+void ReloadBarLabels() {
+  bars::ReloadStripLabel(BarOf(BarKind::Tool));
+  bars::ReloadStripLabel(BarOf(BarKind::Option));
+}
+
 }  // namespace qv

@@ -9,5 +9,7 @@ bool RegisterBarClasses(HINSTANCE instance);
 bool CreateBars(HWND mainWindow);
 // Sends 1325 to the hint button: whether hints remain for the running game.
 void SetHintButtonAvailable(bool available);
+// After a change of language: the strips' labels in the new language.
+void ReloadBarLabels();
 
 }  // namespace qv

@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include "puzzle/puzzle_windows.h"
+#include "screens/bars_window.h"
 #include "screens/game_end.h"
 #include "shell/title_bar.h"
 
@@ -30,12 +31,23 @@ void GameFinished(void*) {
   if (g_gameEndTimer == 0) g_gameEndTimer = SetTimer(nullptr, 0, 0, RunGameEndOnce);
 }
 
+void (*g_puzzlePreviewChanged)(void*) = nullptr;
+
+// A puzzle was cut or closed: a new game starts with its hints, whatever the last one used up
+// (a saved game, once restored, says itself whether any remain).
+void PuzzleCutOrClosed(void* context) {
+  if (g_puzzlePreviewChanged) g_puzzlePreviewChanged(context);
+  SetHintButtonAvailable(true);
+}
+
 }  // namespace
 
 void InstallGameHooks() {
   EngineHooks hooks = PuzzleWindowHooks();
   hooks.clockDisplay = ShowClock;
   hooks.gameFinished = GameFinished;
+  g_puzzlePreviewChanged = hooks.previewChanged;
+  hooks.previewChanged = PuzzleCutOrClosed;
   SetEngineHooks(hooks);
 }
 

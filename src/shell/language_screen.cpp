@@ -8,6 +8,7 @@
 #include "graphics/himage_ops.h"
 #include "core/app.h"
 #include "puzzle/puzzle_windows.h"
+#include "screens/bars_window.h"
 #include "shell/title_bar.h"
 #include "widgets/widget_classes.h"
 #include "widgets/widget_window.h"
@@ -84,6 +85,7 @@ void Confirm(const LanguageRecord& r) {
   if (r.pending == previous) return;
   SetCurrentLanguage(r.pending);
   ReloadTitleWordButtons();
+  ReloadBarLabels();
   RelabelDefaultBoxNames(previous);
   const std::string value = std::to_string(r.pending);
   WritePrivateProfileStringA("Quorvex", "Idioma", value.c_str(), "Quorvex.ini");
