@@ -22,8 +22,8 @@ constexpr int kOptionEighths[kOptionButtonCount] = {2, 3, 4, 5, 6};
 
 }  // namespace
 
-BarLayout ToolBarLayout(int screenWidth, int screenHeight) {
-  (void)screenWidth;
+// The tool bar depends on the screen's height only.
+BarLayout ToolBarLayout(int /*screenWidth*/, int screenHeight) {
   BarLayout l;
   const int panelHeight = screenHeight - kTitleHeight;
   l.strip = {0, kTitleHeight, kToolStripWidth, screenHeight - 103};
