@@ -1,6 +1,4 @@
 // The panels of both bars: their tiles, their hidden buttons, the slide-out and the hide timer.
-#include <memory>
-
 #include "core/app.h"
 #include "graphics/control_dc.h"
 #include "graphics/himage_draw.h"
