@@ -31,7 +31,7 @@ export WINEPREFIX=$prefix WINEDEBUG=-all
 
 exec xvfb-run -a -s "-screen 0 ${size}x${depth}" bash -c '
   set -uo pipefail
-  game=$1 work=$2 planner=$3 seed=$4 height=$5
+  game=$1 work=$2 planner=$3 seed=$4 height=$5 width=$6
   wineserver -p
   wine cmd.exe /c exit >/dev/null 2>&1 </dev/null || true
   (cd "$game" && QUORVEX_SEED=$seed exec wine Quorvex.exe >/dev/null 2>&1 </dev/null) &
@@ -56,8 +56,9 @@ exec xvfb-run -a -s "-screen 0 ${size}x${depth}" bash -c '
         xdotool mousemove "$c" "$d"; pause 0.4
         xdotool mouseup 1; pause 0.6 ;;
       shot|clockshot)
-        # Park the pointer where it covers nothing that is checked.
-        xdotool mousemove 0 $((height - 1)); pause 0.5
+        # Park the pointer where it covers nothing that is checked: on the title bar between the
+        # about button and the clock, away from the edge strips that slide the bars out.
+        xdotool mousemove $((width / 2 + 40)) 2; pause 0.5
         import-im6.q16 -window root -depth 8 "$work/shots/$a-screen.png"
         convert-im6.q16 "$work/shots/$a-screen.png" -crop "${d}x${e}+${b}+${c}" +repage -depth 8 "$work/shots/$a.ppm"
         if [ "$step" = shot ]; then
@@ -96,4 +97,4 @@ exec xvfb-run -a -s "-screen 0 ${size}x${depth}" bash -c '
   wineserver -k || true
   echo "end-to-end run at $(basename "$work"): $failures failed checks"
   [ "$failures" -eq 0 ]
-' bash "$game" "$work" "$planner" "$seed" "$height"
+' bash "$game" "$work" "$planner" "$seed" "$height" "$width"
