@@ -8,6 +8,14 @@ namespace qv {
 constexpr char kFileScreenClass[] = "CWNDFILE";
 constexpr char kFileTileClass[] = "CWNDPREVFILE";
 
+// Control identifiers of the screen's children besides the tiles (300..303).
+constexpr int kFileActionId = IDOK;
+constexpr int kFileCloseId = IDCANCEL;
+constexpr int kFileHelpId = 310;
+constexpr int kFileEraseId = 311;
+constexpr int kFileScrollId = 312;
+constexpr int kFileNameId = 313;
+
 // Tile messages, below the widgets' range.
 // lParam: the saved game's path (copied; null empties the tile), wParam: its caption. The
 // preview is read at once; a file whose preview cannot be read shows an empty frame.

@@ -61,15 +61,15 @@ std::uint32_t BackgroundImage(FileScreenMode mode) {
   return base + static_cast<std::uint32_t>(CurrentLanguage());
 }
 
-HWND Push(HWND parent, ControlDC& image, std::uint32_t id, int x, int y) {
+HWND Push(HWND parent, ControlDC& image, std::uint32_t id, int x, int y, int identifier) {
   image.LoadById(id);
-  return CreatePictureChild(parent, kCommandClass, x, y, image.Dib());
+  return CreatePictureChild(parent, kCommandClass, x, y, image.Dib(), identifier);
 }
 
-HWND Anim(HWND parent, ControlDC& image, std::uint32_t id, int x, int y) {
+HWND Anim(HWND parent, ControlDC& image, std::uint32_t id, int x, int y, int identifier) {
   image.LoadById(id);
   // The strip's columns must be known before the picture, which sizes the widget.
-  HWND anim = CreatePictureChild(parent, kAnimClass, x, y, nullptr);
+  HWND anim = CreatePictureChild(parent, kAnimClass, x, y, nullptr, identifier);
   SendMessageA(anim, anim::MWM_SETCOLUMNS, 0, 10);
   if (image.Dib()) SendMessageA(anim, MWM_SETIMAGE, 0, reinterpret_cast<LPARAM>(image.Dib()));
   return anim;
@@ -104,7 +104,8 @@ void FillTiles(FileScreenRecord& r) {
 void MakeScrollBar(HWND window, FileScreenRecord& r) {
   r.scrollImage.LoadById(fs::kScrollImage);
   r.scroll = CreateWindowExA(0, kScrollClass, "", WS_CHILD | WS_CLIPSIBLINGS, 455, 75, 10, 10,
-                             window, nullptr, GetModuleHandleA(nullptr), nullptr);
+                             window, reinterpret_cast<HMENU>(static_cast<INT_PTR>(kFileScrollId)),
+                             GetModuleHandleA(nullptr), nullptr);
   for (int part = 0; part < 3; ++part) {
     SendMessageA(r.scroll, scroll::MWM_SETPARTSIZE1 + 2 * static_cast<unsigned>(part), 0,
                  fs::kScrollPartSizes[part]);
@@ -261,7 +262,9 @@ void OnNotify(HWND window, FileScreenRecord& r, int code, HWND from) {
 
 void MakeNameField(HWND window, FileScreenRecord& r) {
   r.name = CreateWindowExA(WS_EX_CLIENTEDGE, "EDIT", "", WS_CHILD | WS_VISIBLE | ES_AUTOHSCROLL,
-                           10, 61, 212, 24, window, nullptr, GetModuleHandleA(nullptr), nullptr);
+                           10, 61, 212, 24, window,
+                           reinterpret_cast<HMENU>(static_cast<INT_PTR>(kFileNameId)),
+                           GetModuleHandleA(nullptr), nullptr);
   SendMessageA(r.name, EM_LIMITTEXT, kNameLimit, 0);
   SendMessageA(r.name, WM_SETFONT, reinterpret_cast<WPARAM>(r.nameFont.get()), FALSE);
   SetFocus(r.name);
@@ -275,10 +278,10 @@ LRESULT OnCreate(HWND window, const CREATESTRUCTA* create) {
   r->nameFont.Reset(MakeFont(20));
   r->captionFont.Reset(MakeFont(24));
   if (r->mode == FileScreenMode::Save) MakeNameField(window, *r);
-  r->action = Push(window, r->actionImage, fs::kActionImage, 19, 255);
-  r->close = Push(window, r->closeImage, fs::kCloseImage, 414, 257);
-  r->help = Anim(window, r->helpImage, fs::kHelpImage, 146, 235);
-  r->erase = Anim(window, r->deleteImage, fs::kDeleteImage, 295, 235);
+  r->action = Push(window, r->actionImage, fs::kActionImage, 19, 255, kFileActionId);
+  r->close = Push(window, r->closeImage, fs::kCloseImage, 414, 257, kFileCloseId);
+  r->help = Anim(window, r->helpImage, fs::kHelpImage, 146, 235, kFileHelpId);
+  r->erase = Anim(window, r->deleteImage, fs::kDeleteImage, 295, 235, kFileEraseId);
   for (int tile = 0; tile < fs::kTileCount; ++tile) {
     r->tiles[tile] = CreateWindowExA(
         0, kFileTileClass, "", kTileStyle, fs::TileX(tile), fs::kTileY, fs::kTileWidth,

@@ -93,7 +93,7 @@ void Compose(HWND window, const TileRecord& t, HDC dc, int width, int height) {
     DrawFrame(dc, place, t.pressed ? RGB(200, 150, 70) : RGB(90, 60, 30), 1);
   }
   SetBkMode(dc, TRANSPARENT);
-  SetTextColor(dc, t.selected ? RGB(140, 20, 10) : kInterfaceTextColour);
+  SetTextColor(dc, t.selected ? RGB(250, 200, 70) : kInterfaceTextColour);
   HGDIOBJ previous = t.font ? SelectObject(dc, t.font) : nullptr;
   RECT text{0, height - kCaptionHeight, width, height};
   DrawTextA(dc, t.caption.c_str(), static_cast<int>(t.caption.size()), &text,

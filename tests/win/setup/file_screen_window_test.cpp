@@ -161,40 +161,11 @@ bool StartGame() {
 
 // ---- The screen's children -----------------------------------------------------------------
 
-struct Found {
-  std::string className;
-  std::vector<HWND> windows;
-};
-
-BOOL CALLBACK Collect(HWND child, LPARAM param) {
-  auto* found = reinterpret_cast<Found*>(param);
-  char name[32] = {};
-  GetClassNameA(child, name, sizeof name);
-  if (found->className == name) found->windows.push_back(child);
-  return TRUE;
-}
-
-std::vector<HWND> ChildrenOf(HWND screen, const char* className) {
-  Found found{className, {}};
-  EnumChildWindows(screen, Collect, reinterpret_cast<LPARAM>(&found));
-  return found.windows;
-}
-
-HWND ChildAt(HWND screen, const char* className, int x, int y) {
-  for (HWND w : ChildrenOf(screen, className)) {
-    RECT rect;
-    GetWindowRect(w, &rect);
-    MapWindowPoints(nullptr, screen, reinterpret_cast<POINT*>(&rect), 2);
-    if (rect.left == x && rect.top == y) return w;
-  }
-  return nullptr;
-}
-
 HWND Tile(HWND screen, int tile) { return GetDlgItem(screen, 300 + tile); }
-HWND Action(HWND screen) { return ChildAt(screen, kCommandClass, 19, 255); }
-HWND Erase(HWND screen) { return ChildAt(screen, kAnimClass, 295, 235); }
-HWND ScrollBar(HWND screen) { return ChildAt(screen, kScrollClass, 455, 75); }
-HWND NameField(HWND screen) { return ChildAt(screen, "Edit", 10, 61); }
+HWND Action(HWND screen) { return GetDlgItem(screen, kFileActionId); }
+HWND Erase(HWND screen) { return GetDlgItem(screen, kFileEraseId); }
+HWND ScrollBar(HWND screen) { return GetDlgItem(screen, kFileScrollId); }
+HWND NameField(HWND screen) { return GetDlgItem(screen, kFileNameId); }
 
 int TileState(HWND screen, int tile) {
   return static_cast<int>(SendMessageA(Tile(screen, tile), FSM_GETSTATE, 0, 0));
