@@ -290,6 +290,8 @@ void CerrarPuzzle(bool redraw) {
     engine::PreviewChanged();
   }
   p.PuzzleSinEmpezar = 0;
+  // With no game left there is nothing to lose: leaving the empty board asks nothing.
+  p.PuzzleModificado = 0;
   engine::StopClockTimer();
   engine::SetCursor(EngineCursor::Arrow);
 }
@@ -328,6 +330,8 @@ void SolvePuzzleForPlayer() {
   if (!g_puzzle.open || g_puzzle.PuzzleTerminado) return;
   g_puzzle.solutionShown = 1;
   ResolverPuzzle();
+  // The assembled picture and its mark differ from any file of this game.
+  engine::MarkModified();
 }
 
 bool RestorePieces(const std::int32_t counts[kAreaCount], const std::uint32_t* order,

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "puzzle/puzzle_windows.h"
+#include "setup/file_screen_window.h"
 #include "setup/new_game_window.h"
 #include "core/app.h"
 #include "shell/language_screen.h"
@@ -50,6 +51,7 @@ void RegisterGameClasses(HINSTANCE instance) {
   RegisterPuzzleWindowClasses(instance);
   RegisterTitleBarClass(instance);
   RegisterNewGameClasses(instance);
+  RegisterFileScreenClasses(instance);
   RegisterMessageBoxClass(instance);
   RegisterHonourClasses(instance);
   RegisterBarClasses(instance);

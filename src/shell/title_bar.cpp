@@ -11,6 +11,7 @@
 #include "graphics/himage_ops.h"
 #include "puzzle/puzzle_model.h"
 #include "puzzle/puzzle_windows.h"
+#include "setup/file_screen_window.h"
 #include "setup/new_game_window.h"
 #include "core/app.h"
 #include "shell/language_screen.h"
@@ -111,6 +112,7 @@ void OnPaint(HWND bar) {
 }
 
 void StartNewGame() {
+  if (!ConfirmLeavingChangedGame(MainWindow())) return;
   CerrarPuzzle(true);
   OpenNewGameScreen(MainWindow());
 }
@@ -121,7 +123,7 @@ void OnClicked(HWND bar, HWND sender) {
   if (sender == r->buttons[kMinimise]) {
     CloseWindow(MainWindow());
   } else if (sender == r->buttons[kClose]) {
-    SendMessageA(MainWindow(), WM_CLOSE, 0, 0);
+    if (ConfirmLeavingChangedGame(MainWindow())) SendMessageA(MainWindow(), WM_CLOSE, 0, 0);
   } else if (sender == r->buttons[kAbout]) {
     LaunchAbout();
   } else if (sender == r->buttons[kNewGame]) {

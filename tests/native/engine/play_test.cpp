@@ -228,14 +228,18 @@ TEST_F(SmallPuzzleTest, WholePictureInABoxAlsoFinishes) {
 }
 
 TEST_F(SmallPuzzleTest, SolvingTwiceChangesNothingTheSecondTime) {
+  ASSERT_EQ(Puzzle().PuzzleModificado, 0);
   SolvePuzzleForPlayer();
   EXPECT_EQ(Puzzle().solutionShown, 1);
+  EXPECT_EQ(Puzzle().PuzzleModificado, 1);  // the game now differs from its file
   std::vector<Pieza> before(Puzzle().pieces.data(), Puzzle().pieces.data() + 4);
   const std::size_t notes = log().notifications.size();
   ResolverPuzzle();
   EXPECT_EQ(log().notifications.size(), notes);
   EXPECT_EQ(std::memcmp(before.data(), Puzzle().pieces.data(), sizeof(Pieza) * 4), 0);
   EXPECT_EQ(log().finished, 0);  // the solve button is not a finished game
+  CerrarPuzzle(false);
+  EXPECT_EQ(Puzzle().PuzzleModificado, 0);  // no game is left to lose
 }
 
 // ---- The mouse ------------------------------------------------------------------------------
@@ -377,11 +381,13 @@ bool FitsANeighbour(std::uint32_t k) {
 TEST_F(EngineTest, EachHintMakesExactlyOneJoinUntilAFifthOfThePiecesIsUsed) {
   ASSERT_TRUE(StartGame(500, 500, 5, 5));
   EXPECT_EQ(HintLimit(5, 5), 5);
+  ASSERT_EQ(Puzzle().PuzzleModificado, 0);
   for (int hint = 1; hint <= 5; ++hint) {
     const std::size_t clusters = Clusters();
     const int sounds = log().sounds;
     EXPECT_EQ(PistaPuzzle(), hint < 5) << hint;
     EXPECT_EQ(Puzzle().hintsUsed, hint);
+    EXPECT_EQ(Puzzle().PuzzleModificado, 1);
     EXPECT_EQ(Clusters(), clusters - 1) << hint;
     EXPECT_EQ(log().sounds, sounds + 1) << hint;
     // The piece the hint moved comes to the front, placed against its neighbour.

@@ -6,12 +6,12 @@
 
 #include <string>
 
-#include "bars_test_stubs.h"
 #include "core/app.h"
 #include "graphics/resource_file.h"
 #include "puzzle/puzzle_model.h"
 #include "puzzle/puzzle_windows.h"
 #include "screens/bars_window.h"
+#include "setup/file_screen_window.h"
 #include "screens/honour_window.h"
 #include "widgets/widget_classes.h"
 #include "widgets/widget_messages.h"
@@ -38,6 +38,8 @@ class BarsEnvironment : public ::testing::Environment {
     ASSERT_TRUE(RegisterPuzzleWindowClasses(instance));
     ASSERT_TRUE(RegisterBarClasses(instance));
     ASSERT_TRUE(RegisterHonourClasses(instance));
+    ASSERT_TRUE(RegisterFileScreenClasses(instance));
+    ASSERT_TRUE(RegisterMessageBoxClass(instance));
     HWND main = CreateGameMainWindow();
     ASSERT_TRUE(main);
     SetMainWindow(main);
@@ -274,17 +276,26 @@ TEST_F(Bars, MagnifierTogglesWhateverOpenedThePreview) {
 }
 
 // Last: it closes the puzzle.
+// The file screen each button opened, closed again; null when none opened.
+bool FileScreenOpened() {
+  HWND screen = FindWindowA("CWNDFILE", nullptr);
+  if (!screen) return false;
+  SendMessageA(screen, WM_CLOSE, 0, 0);
+  Pump(50);
+  return true;
+}
+
 TEST_F(Bars, OpenAndSaveAskForTheFileScreenSaveOnlyWithAPuzzle) {
   SlideOut(OptionStrip(), OptionPanel());
   Click(Button(OptionPanel(), 2));
-  EXPECT_EQ(g_fileScreenOpened[0], 1);
+  EXPECT_TRUE(FileScreenOpened());
   Click(Button(OptionPanel(), 4));
-  EXPECT_EQ(g_fileScreenOpened[1], 1);
+  EXPECT_TRUE(FileScreenOpened());
   CerrarPuzzle(true);
   Click(Button(OptionPanel(), 4));
-  EXPECT_EQ(g_fileScreenOpened[1], 1);
+  EXPECT_FALSE(FileScreenOpened());
   Click(Button(OptionPanel(), 2));
-  EXPECT_EQ(g_fileScreenOpened[0], 2);
+  EXPECT_TRUE(FileScreenOpened());
 }
 
 }  // namespace
