@@ -267,12 +267,15 @@ RgbImage PrintBanner(bool top) {
   });
 }
 
-RgbImage FileScreenBase() {
-  return Draw(520, 300, [](cairo_t* cr) {
+RgbImage FileScreenBase(bool nameField) {
+  return Draw(520, 300, [nameField](cairo_t* cr) {
     ScreenFrame(cr, 520, 300, 1);
-    // The name field (10, 61) and the well where the saved games' tiles lie (from y 108).
-    FillParchment(cr, {10, 61, 380, 28}, 0);
-    Recess(cr, {10, 61, 380, 28});
+    // The name field (an edit control of 212 x 24 at (10, 61)) and the well where the saved
+    // games' tiles lie (from y 108).
+    if (nameField) {
+      FillParchment(cr, {8, 59, 216, 28}, 0);
+      Recess(cr, {8, 59, 216, 28});
+    }
     cairo_rectangle(cr, 10, 108, 450, 182);
     SetShade(cr, {0.12, 0.30, 0.18});
     cairo_fill(cr);

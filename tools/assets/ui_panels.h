@@ -39,6 +39,7 @@ RgbImage PrintBanner(bool top);
 
 // The file screens: wood, a title band, the name field and the tile well. The title word is
 // drawn over it by the word pictures.
-RgbImage FileScreenBase();
+// The file screen; the save screen has a recess around its 212 x 24 name field at (10, 61).
+RgbImage FileScreenBase(bool nameField);
 
 }  // namespace qv::assets

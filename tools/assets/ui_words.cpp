@@ -152,8 +152,9 @@ RgbImage VerticalLabel(const WordSlot& slot, const std::string& word, const Fitt
 
 RgbImage FileScreen(const WordSlot& slot, const std::string& word, const FittedText& fit) {
   Canvas canvas(slot.width, slot.height);
-  static const RgbImage base = FileScreenBase();
-  canvas.Place(base, 0, 0);
+  static const RgbImage open = FileScreenBase(false);
+  static const RgbImage save = FileScreenBase(true);
+  canvas.Place(slot.base == 2050 ? save : open, 0, 0);
   DrawFittedText(canvas.cr(), word, fit, ui::kCream, true);
   return canvas.Pixels();
 }
