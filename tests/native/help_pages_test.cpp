@@ -27,8 +27,9 @@ constexpr const char* kTopics[] = {"start",    "play",  "score", "files",    "ho
 
 // Screenshots are dropped into Help/shots when the screens can be photographed; until then the
 // pages show the pictures' descriptions in their place.
-const std::set<std::string> kScreenshots = {"../shots/board.png", "../shots/new-game.png",
-                                            "../shots/box.png", "../shots/texture.png"};
+const std::set<std::string> kScreenshots = {
+    "../shots/board.png", "../shots/new-game.png", "../shots/box.png",
+    "../shots/texture.png", "../shots/option-bar.png", "../shots/file-screen.png"};
 
 struct Tag {
   std::string name;
