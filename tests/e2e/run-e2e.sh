@@ -47,6 +47,7 @@ exec xvfb-run -a -s "-screen 0 ${size}x${depth}" bash -c '
   while read -r step a b c d e; do
     case $step in
       wait) pause "$a" ;;
+      move) xdotool mousemove "$a" "$b"; pause 0.3 ;;
       click)
         xdotool mousemove "$a" "$b"; pause 0.3; xdotool click 1; pause 0.3 ;;
       drag)
@@ -78,6 +79,10 @@ exec xvfb-run -a -s "-screen 0 ${size}x${depth}" bash -c '
         if [ "$(stat -c %s "$records" 2>/dev/null)" != 296 ] ||
            [ "$(dd if="$records" bs=1 skip=16 count=${#a} 2>/dev/null)" != "$a" ]; then
           failures=$((failures + 1)); echo "FAILED: Records.mwr does not start with $a"
+        fi ;;
+      saved)
+        if [ ! -s "$game/folder/$a.epf" ]; then
+          failures=$((failures + 1)); echo "FAILED: the game was not saved as folder/$a.epf"
         fi ;;
       wallpaper)
         if [ ! -s "$WINEPREFIX/drive_c/windows/Quorvex.bmp" ]; then
