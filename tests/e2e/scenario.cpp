@@ -413,7 +413,7 @@ bool Scenario::SaveAndReopen() {
   }
   const Pieza& k = Puzzle().pieces[piece];
   if (!MovePiece(AREA_TABLERO, piece, {k.x, k.y + 30})) return false;
-  if (!Puzzle().PuzzleModificado) return false;
+  if (!Puzzle().PuzzleModificado || !Shot("changed", AREA_TABLERO)) return false;
 
   Click({-2 + titleNewGameWidth_ / 2, 10 + titleNewGameHeight_ / 2});
   Wait(1.5);
@@ -421,6 +421,11 @@ bool Scenario::SaveAndReopen() {
   Wait(2.0);
   steps_ << "key Return\n";  // a new game as the screen offers it
   Wait(3.0);
+  // Its cut is the game's own, so only its being another board is checked.
+  const ScreenPoint board = AreaOrigin(AREA_TABLERO);
+  steps_ << "capture other-game " << board.x << ' ' << board.y << ' ' << board_.width << ' '
+         << board_.height << '\n';
+  steps_ << "differ changed other-game\n";
 
   OptionButton(kOpenButton);
   const ScreenPoint screen = DialogClient(filescreen::kOpenBackgroundBase + CurrentLanguage());
