@@ -47,6 +47,7 @@ exec xvfb-run -a -s "-screen 0 ${size}x${depth}" bash -c '
   while read -r step a b c d e; do
     case $step in
       wait) pause "$a" ;;
+      move) xdotool mousemove "$a" "$b"; pause 0.3 ;;
       click)
         xdotool mousemove "$a" "$b"; pause 0.3; xdotool click 1; pause 0.3 ;;
       drag)
@@ -55,7 +56,7 @@ exec xvfb-run -a -s "-screen 0 ${size}x${depth}" bash -c '
         xdotool mousemove $(( (a + c) / 2 )) $(( (b + d) / 2 )); pause 0.3
         xdotool mousemove "$c" "$d"; pause 0.4
         xdotool mouseup 1; pause 0.6 ;;
-      shot|clockshot)
+      shot|clockshot|capture)
         # Park the pointer where it covers nothing that is checked: on the title bar between the
         # about button and the clock, away from the edge strips that slide the bars out.
         xdotool mousemove $((width / 2 + 40)) 2; pause 0.5
@@ -79,6 +80,10 @@ exec xvfb-run -a -s "-screen 0 ${size}x${depth}" bash -c '
            [ "$(dd if="$records" bs=1 skip=16 count=${#a} 2>/dev/null)" != "$a" ]; then
           failures=$((failures + 1)); echo "FAILED: Records.mwr does not start with $a"
         fi ;;
+      saved)
+        if [ ! -s "$game/folder/$a.epf" ]; then
+          failures=$((failures + 1)); echo "FAILED: the game was not saved as folder/$a.epf"
+        fi ;;
       wallpaper)
         if [ ! -s "$WINEPREFIX/drive_c/windows/Quorvex.bmp" ]; then
           failures=$((failures + 1)); echo "FAILED: the finished picture did not become the wallpaper"
@@ -89,7 +94,7 @@ exec xvfb-run -a -s "-screen 0 ${size}x${depth}" bash -c '
         fi ;;
       differ)
         if cmp -s "$work/shots/$a.ppm" "$work/shots/$b.ppm"; then
-          failures=$((failures + 1)); echo "FAILED: $a and $b are the same: the clock never ran"
+          failures=$((failures + 1)); echo "FAILED: $a and $b are the same: nothing changed between them"
         fi ;;
     esac
   done < "$work/plan/steps.txt"

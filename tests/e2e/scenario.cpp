@@ -1,5 +1,6 @@
-// The end-to-end scenario: new game, a join, a group moved, a box used, a rubber band, a new
-// table texture and the rest of the picture put together by hand. Every mouse step is played in
+// The end-to-end scenario: new game, a join, a group moved, a box used, a rubber band, the game
+// saved, changed, left for another and opened again, a new table texture and the rest of the
+// picture put together by hand. Every mouse step is played in
 // the engine exactly as the game's windows hand it over, so the boards written here are what the
 // screen must show.
 #include "e2e/scenario.h"
@@ -19,8 +20,12 @@
 #include "puzzle/play.h"
 #include "puzzle/puzzle_model.h"
 #include "puzzle/texture.h"
+#include "screens/bar_layout.h"
+#include "setup/file_screen_logic.h"
 #include "setup/pickers.h"
+#include "setup/savegame.h"
 #include "shell/shell_layout.h"
+#include "system/language.h"
 #include "system/random.h"
 
 namespace qv::e2e {
@@ -49,12 +54,14 @@ class Scenario {
   bool JoinAndMoveGroup();
   bool UseBox();
   bool RubberBand();
+  bool SaveAndReopen();
   bool ChangeTexture();
   bool Finish();
 
   // Steps and checks.
   void Click(ScreenPoint p) { steps_ << "click " << p.x << ' ' << p.y << '\n'; }
   void Wait(double seconds) { steps_ << "wait " << seconds << '\n'; }
+  void Move(ScreenPoint p) { steps_ << "move " << p.x << ' ' << p.y << '\n'; }
   void Drag(ScreenPoint a, ScreenPoint b) {
     steps_ << "drag " << a.x << ' ' << a.y << ' ' << b.x << ' ' << b.y << '\n';
   }
@@ -74,6 +81,9 @@ class Scenario {
   bool Covered(ScreenPoint p) const;
   bool InsideArea(int area, EnginePoint p) const;
   ScreenPoint DialogClient(std::uint32_t background) const;
+  // Slides the option bar out over its strip and presses one of its buttons.
+  void OptionButton(int button);
+  ScreenPoint FileScreenAction() const;
 
   // Pieces.
   bool GrabPoint(int area, std::uint32_t piece, EnginePoint& grab) const;
@@ -112,6 +122,23 @@ ScreenPoint Scenario::DialogClient(std::uint32_t background) const {
   const int width = ImageWidth(image.get()) + 2 * kDialogFrame;
   const int height = ImageHeight(image.get()) + 2 * kDialogFrame;
   return {(s_.screenWidth - width) / 2 + kDialogFrame, (s_.screenHeight - height) / 2 + kDialogFrame};
+}
+
+void Scenario::OptionButton(int button) {
+  const BarLayout bar = OptionBarLayout(s_.screenWidth, s_.screenHeight);
+  Move({bar.strip.x + bar.strip.width / 4, bar.strip.y + bar.strip.height / 2});
+  Wait(0.5);
+  Click({bar.panel.x + bar.buttons[button].x + 35, bar.panel.y + bar.buttons[button].y + 35});
+  Wait(1.5);
+}
+
+// The save and open screens are the same size and hold their action button at the same place.
+ScreenPoint Scenario::FileScreenAction() const {
+  const ScreenPoint screen = DialogClient(filescreen::kOpenBackgroundBase + CurrentLanguage());
+  PackedDib button;
+  if (!TheResourceFile().LoadPicture(filescreen::kActionImage, button)) return {0, 0};
+  return {screen.x + 19 + ImageWidth(button.get()) / 2,
+          screen.y + 255 + ImageHeight(button.get()) / 6};
 }
 
 // A point of the piece that the hit test gives to it, as near its middle as can be.
@@ -366,6 +393,55 @@ bool Scenario::RubberBand() {
   return Shot("deselected", AREA_TABLERO);
 }
 
+// The game is saved through the option bar and the file screen, changed, left for a new game
+// (yes to the question about the changed game), and opened again from its tile: the board must be
+// the one saved, which the engine's own save and load give here.
+bool Scenario::SaveAndReopen() {
+  const std::string saved = s_.outDir + "/saved.epf";
+  if (!SaveGame(saved.c_str(), false, "", BoxNames{})) return false;
+  OptionButton(kSaveButton);
+  steps_ << "type Halfway\n";
+  Click(FileScreenAction());
+  Wait(1.5);
+  steps_ << "saved Halfway\n";
+
+  // A change after the save, so that leaving the game asks first.
+  std::uint32_t piece = 0;
+  const std::uint32_t* slice = AreaSlice(AREA_TABLERO);
+  for (std::int32_t i = 0; i < AreaPieceCount(AREA_TABLERO); ++i) {
+    if (GroupOf(slice[i]) == 0) piece = slice[i];
+  }
+  const Pieza& k = Puzzle().pieces[piece];
+  if (!MovePiece(AREA_TABLERO, piece, {k.x, k.y + 30})) return false;
+  if (!Puzzle().PuzzleModificado || !Shot("changed", AREA_TABLERO)) return false;
+
+  Click({-2 + titleNewGameWidth_ / 2, 10 + titleNewGameHeight_ / 2});
+  Wait(1.5);
+  steps_ << "key Return\n";  // leave the changed game
+  Wait(2.0);
+  steps_ << "key Return\n";  // a new game as the screen offers it
+  Wait(3.0);
+  // Its cut is the game's own, so only its being another board is checked.
+  const ScreenPoint board = AreaOrigin(AREA_TABLERO);
+  steps_ << "capture other-game " << board.x << ' ' << board.y << ' ' << board_.width << ' '
+         << board_.height << '\n';
+  steps_ << "differ changed other-game\n";
+
+  OptionButton(kOpenButton);
+  const ScreenPoint screen = DialogClient(filescreen::kOpenBackgroundBase + CurrentLanguage());
+  Click({screen.x + filescreen::TileX(0) + filescreen::kTileWidth / 2,
+         screen.y + filescreen::kTileY + filescreen::kTileHeight / 2});
+  Wait(0.5);
+  Click(FileScreenAction());
+  Wait(3.0);
+  LoadedGame loaded;
+  if (!LoadGame(saved.c_str(), "", loaded)) {
+    std::fprintf(stderr, "the engine cannot load its own saved game\n");
+    return false;
+  }
+  return Shot("reopened", AREA_TABLERO);
+}
+
 bool Scenario::ChangeTexture() {
   const TitleLayout t = TitleLayoutFor(s_.screenWidth, -2 + titleNewGameWidth_);
   Click({t.texture.x + kTitleButtonSide / 2, t.texture.y + kTitleButtonSide / 2});
@@ -443,7 +519,7 @@ bool Scenario::Finish() {
 
 bool Scenario::Run() {
   return SetUp() && NewGame() && JoinAndMoveGroup() && UseBox() && RubberBand() &&
-         ChangeTexture() && Finish();
+         SaveAndReopen() && ChangeTexture() && Finish();
 }
 
 }  // namespace
