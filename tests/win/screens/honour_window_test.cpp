@@ -153,23 +153,8 @@ Bytes RollFile(const std::vector<std::int32_t>& scores, std::int32_t count = 10)
 
 HWND Screen() { return FindWindowA(kHonourClass, nullptr); }
 
-std::string TextOf(HWND caption) {
-  char buffer[64] = {};
-  SendMessageA(caption, text::MWM_GETTEXT, sizeof buffer, reinterpret_cast<LPARAM>(buffer));
-  return buffer;
-}
-
-HWND ChildAt(HWND screen, const char* className, int x, int y) {
-  for (HWND child = GetWindow(screen, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
-    char name[32] = {};
-    GetClassNameA(child, name, sizeof name);
-    RECT r;
-    GetWindowRect(child, &r);
-    MapWindowPoints(nullptr, screen, reinterpret_cast<POINT*>(&r), 2);
-    if (std::strcmp(name, className) == 0 && r.left == x && r.top == y) return child;
-  }
-  return nullptr;
-}
+using test::ChildAt;
+using test::TextOf;
 
 // The ten rows as the screen shows them: "place|name|score".
 std::vector<std::string> ShownRows() {
