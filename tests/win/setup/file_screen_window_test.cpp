@@ -25,81 +25,11 @@ namespace qv {
 namespace {
 
 const std::string kDist = test::GameDataFolder();
-constexpr char kMainClass[] = "QvFileTestMain";
 using Bytes = std::vector<char>;
 
-// ---- Input ---------------------------------------------------------------------------------
-
-void Pump(int ms) {
-  const DWORD end = GetTickCount() + static_cast<DWORD>(ms);
-  MSG message;
-  do {
-    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
-      if (OfferChildChar(message)) continue;
-      TranslateMessage(&message);
-      DispatchMessageA(&message);
-    }
-    Sleep(2);
-  } while (static_cast<LONG>(end - GetTickCount()) > 0);
-}
-
-// Under Wine the pointer moves through the X server as a real mouse moves it.
-bool Xdotool(const std::string& arguments) {
-  static const bool available =
-      GetFileAttributesA("Z:\\usr\\bin\\xdotool") != INVALID_FILE_ATTRIBUTES;
-  if (!available) return false;
-  std::string command = "/usr/bin/xdotool " + arguments;
-  STARTUPINFOA startup{};
-  startup.cb = sizeof startup;
-  PROCESS_INFORMATION process{};
-  if (!CreateProcessA(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
-                      &startup, &process)) {
-    return false;
-  }
-  CloseHandle(process.hThread);
-  CloseHandle(process.hProcess);
-  return true;
-}
-
-template <class Condition>
-bool PumpUntil(Condition&& done) {
-  const DWORD start = GetTickCount();
-  while (!done()) {
-    if (GetTickCount() - start > 1500) return false;
-    Pump(5);
-  }
-  Pump(30);
-  return true;
-}
-
-void SendMouse(DWORD flags) {
-  INPUT input{};
-  input.type = INPUT_MOUSE;
-  input.mi.dwFlags = flags;
-  SendInput(1, &input, sizeof input);
-}
-
-bool LeftHeld() { return (GetAsyncKeyState(VK_LBUTTON) & 0x8000) != 0; }
-
-void Click(HWND window) {
-  RECT rect;
-  GetWindowRect(window, &rect);
-  const int x = (rect.left + rect.right) / 2;
-  const int y = (rect.top + rect.bottom) / 2;
-  if (!Xdotool("mousemove " + std::to_string(x) + " " + std::to_string(y))) {
-    SetCursorPos(x, y);
-    SendMouse(MOUSEEVENTF_MOVE);
-  }
-  PumpUntil([&] {
-    POINT now{-1, -1};
-    return GetCursorPos(&now) && now.x == x && now.y == y;
-  });
-  if (!Xdotool("mousedown 1")) SendMouse(MOUSEEVENTF_LEFTDOWN);
-  PumpUntil([] { return LeftHeld(); });
-  if (!Xdotool("mouseup 1")) SendMouse(MOUSEEVENTF_LEFTUP);
-  PumpUntil([] { return !LeftHeld(); });
-  Pump(30);
-}
+using test::Click;
+using test::Pump;
+using test::PumpUntil;
 
 // The message box runs its own loop: a timer inside it answers the next box that opens.
 int g_answer = -1;
@@ -182,21 +112,13 @@ class FileScreen : public ::testing::Test {
   // The widgets, the message box, the resource file and the table texture come from the
   // new-game tests' environment in the same program.
   void SetUp() override {
-    HINSTANCE module = GetModuleHandleA(nullptr);
-    ASSERT_TRUE(RegisterFileScreenClasses(module));
-    WNDCLASSA main{};
-    main.lpfnWndProc = DefWindowProcA;
-    main.hInstance = module;
-    main.hCursor = LoadCursor(nullptr, IDC_ARROW);
-    main.lpszClassName = kMainClass;
-    RegisterClassA(&main);  // a second fixture finds it registered
+    ASSERT_TRUE(RegisterFileScreenClasses(GetModuleHandleA(nullptr)));
     program_ = TempFolder();
     CreateDirectoryA(program_.c_str(), nullptr);
     EmptySaveFolder(program_);
     SetProgramFolder(program_);
     SetCurrentLanguage(1);
-    main_ = CreateWindowExA(0, kMainClass, "main", WS_POPUP | WS_VISIBLE, 0, 0, ScreenWidth(),
-                            ScreenHeight(), nullptr, nullptr, GetModuleHandleA(nullptr), nullptr);
+    main_ = test::CreateGameMainWindow();
     SetMainWindow(main_);
     SetBoardSize(ScreenWidth() - 79, ScreenHeight() - 78);
     ASSERT_TRUE(StartGame());

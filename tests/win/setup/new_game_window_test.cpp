@@ -33,42 +33,6 @@ void MoveAway() { MoveTo(1010, 750); }
 
 // ---- The screen's children -----------------------------------------------------------------
 
-struct Found {
-  const char* className;
-  std::vector<HWND> windows;
-};
-
-BOOL CALLBACK Collect(HWND child, LPARAM param) {
-  auto* found = reinterpret_cast<Found*>(param);
-  char name[32] = {};
-  GetClassNameA(child, name, sizeof name);
-  if (std::string(name) == found->className) found->windows.push_back(child);
-  return TRUE;
-}
-
-POINT PlaceOf(HWND child) {
-  RECT rect;
-  GetWindowRect(child, &rect);
-  MapWindowPoints(nullptr, GetParent(child), reinterpret_cast<POINT*>(&rect), 2);
-  return POINT{rect.left, rect.top};
-}
-
-HWND ChildAt(HWND screen, const char* className, int x, int y) {
-  Found found{className, {}};
-  EnumChildWindows(screen, Collect, reinterpret_cast<LPARAM>(&found));
-  for (HWND w : found.windows) {
-    const POINT p = PlaceOf(w);
-    if (p.x == x && p.y == y) return w;
-  }
-  return nullptr;
-}
-
-std::vector<HWND> ChildrenOf(HWND screen, const char* className) {
-  Found found{className, {}};
-  EnumChildWindows(screen, Collect, reinterpret_cast<LPARAM>(&found));
-  return found.windows;
-}
-
 HWND Tab(HWND screen, int tab) {
   const int ys[4] = {63, 109, 157, 203};
   return ChildAt(screen, kCheckClass, 0, ys[tab]);
@@ -92,12 +56,6 @@ std::vector<HWND> Tiles(HWND screen) {
   std::vector<HWND> tiles = ChildrenOf(screen, kPictureTileClass);
   std::sort(tiles.begin(), tiles.end(), [](HWND a, HWND b) { return PlaceOf(a).x < PlaceOf(b).x; });
   return tiles;
-}
-
-std::string TextOf(HWND caption) {
-  char buffer[200] = {};
-  SendMessageA(caption, text::MWM_GETTEXT, sizeof buffer, reinterpret_cast<LPARAM>(buffer));
-  return buffer;
 }
 
 // The value beside a count label: the caption right of x = 410 on that line.

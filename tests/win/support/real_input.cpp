@@ -6,7 +6,10 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include <cstring>
+
 #include "widgets/widget_classes.h"
+#include "widgets/widget_messages.h"
 
 namespace qv::test {
 
@@ -139,6 +142,47 @@ void TypeCharacter(char c) {
   keys[1].ki.dwFlags |= KEYEVENTF_KEYUP;
   SendInput(2, keys, sizeof(INPUT));
   Pump(20);
+}
+
+namespace {
+struct Found {
+  const char* className;
+  std::vector<HWND> windows;
+};
+BOOL CALLBACK Collect(HWND child, LPARAM param) {
+  auto* found = reinterpret_cast<Found*>(param);
+  char name[32] = {};
+  GetClassNameA(child, name, sizeof name);
+  if (std::strcmp(name, found->className) == 0) found->windows.push_back(child);
+  return TRUE;
+}
+}  // namespace
+
+std::vector<HWND> ChildrenOf(HWND screen, const char* className) {
+  Found found{className, {}};
+  EnumChildWindows(screen, Collect, reinterpret_cast<LPARAM>(&found));
+  return found.windows;
+}
+
+POINT PlaceOf(HWND child) {
+  RECT rect;
+  GetWindowRect(child, &rect);
+  MapWindowPoints(nullptr, GetParent(child), reinterpret_cast<POINT*>(&rect), 2);
+  return POINT{rect.left, rect.top};
+}
+
+HWND ChildAt(HWND screen, const char* className, int x, int y) {
+  for (HWND w : ChildrenOf(screen, className)) {
+    const POINT p = PlaceOf(w);
+    if (p.x == x && p.y == y) return w;
+  }
+  return nullptr;
+}
+
+std::string TextOf(HWND caption) {
+  char buffer[200] = {};
+  SendMessageA(caption, text::MWM_GETTEXT, sizeof buffer, reinterpret_cast<LPARAM>(buffer));
+  return buffer;
 }
 
 // Only the tests of the game's screens, which link the shell, name a data folder.

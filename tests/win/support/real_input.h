@@ -5,6 +5,7 @@
 #include <windows.h>
 
 #include <string>
+#include <vector>
 
 namespace qv::test {
 
@@ -43,6 +44,13 @@ void Click(HWND window);  // in the middle of the window
 // Presses at one point of the screen, moves there in three steps and releases.
 void Drag(POINT from, POINT to);
 void TypeCharacter(char c);
+
+// A screen's children of one window class (its own and theirs), where they sit in their parent,
+// the one at a place, and a text widget's caption.
+std::vector<HWND> ChildrenOf(HWND screen, const char* className);
+POINT PlaceOf(HWND child);
+HWND ChildAt(HWND screen, const char* className, int x, int y);  // null when none is there
+std::string TextOf(HWND caption);
 
 // The folder holding the game's Quorvex.rf and Image\ (QV_GAME_DATA_DIR, or the environment's
 // QV_PUZZLE_DATA), as Wine names it, ending in a separator.
