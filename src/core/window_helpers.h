@@ -15,6 +15,10 @@ constexpr UINT kHideInPlaceFlags = SWP_NOSIZE | SWP_NOMOVE | SWP_NOZORDER | SWP_
 void ShowInPlace(HWND window);
 void HideInPlace(HWND window);
 
+// Palette messages redraw a window without erasing it; a palette change that the window itself
+// caused (changer) is ignored.
+void RedrawForPalette(HWND window, HWND changer = nullptr);
+
 // Registers a window class of the program with the arrow cursor. A class that is already
 // registered (a second call, or tests that register twice) counts as success.
 bool RegisterScreenClass(HINSTANCE instance, const char* name, WNDPROC procedure, UINT style = 0,

@@ -32,6 +32,10 @@ void HideInPlace(HWND window) {
   if (window) SetWindowPos(window, nullptr, 0, 0, 0, 0, kHideInPlaceFlags);
 }
 
+void RedrawForPalette(HWND window, HWND changer) {
+  if (changer != window) InvalidateRect(window, nullptr, FALSE);
+}
+
 bool RegisterScreenClass(HINSTANCE instance, const char* name, WNDPROC procedure, UINT style,
                          HBRUSH background, const char* cursor) {
   WNDCLASSA c{};

@@ -193,10 +193,10 @@ LRESULT CALLBACK MosaicWindowProc(HWND window, UINT message, WPARAM wParam, LPAR
     case UM_CHILDCHAR:
       return OnKey(window, wParam) ? 1 : 0;
     case WM_QUERYNEWPALETTE:
-      InvalidateRect(window, nullptr, FALSE);
+      RedrawForPalette(window);
       return 1;
     case WM_PALETTECHANGED:
-      if (reinterpret_cast<HWND>(wParam) != window) InvalidateRect(window, nullptr, FALSE);
+      RedrawForPalette(window, reinterpret_cast<HWND>(wParam));
       return 0;
     case WM_CLOSE:
       OnClose(window);

@@ -158,7 +158,7 @@ LRESULT PanelProc(HWND panel, UINT message, WPARAM wParam, LPARAM lParam, PanelA
       OnTimer(panel, *r, wParam);
       return 0;
     case WM_QUERYNEWPALETTE:
-      InvalidateRect(panel, nullptr, FALSE);
+      RedrawForPalette(panel);
       return 0;
     case MWM_NOTIFY:
       OnNotify(*r, wParam, lParam, action);

@@ -97,7 +97,7 @@ LRESULT CALLBACK BarStripProc(HWND strip, UINT message, WPARAM wParam, LPARAM lP
       SlideOut(*r->bar);
       return 0;
     case WM_QUERYNEWPALETTE:
-      InvalidateRect(strip, nullptr, FALSE);
+      RedrawForPalette(strip);
       return 0;
     case MWM_NOTIFY:
       OnNotify(*r, wParam, lParam);

@@ -182,10 +182,10 @@ LRESULT CALLBACK HonourWindowProc(HWND screen, UINT message, WPARAM wParam, LPAR
     case UM_CHILDCHAR:
       return OnKey(screen, wParam) ? 1 : 0;
     case WM_QUERYNEWPALETTE:
-      InvalidateRect(screen, nullptr, FALSE);
+      RedrawForPalette(screen);
       return 1;
     case WM_PALETTECHANGED:
-      if (reinterpret_cast<HWND>(wParam) != screen) InvalidateRect(screen, nullptr, FALSE);
+      RedrawForPalette(screen, reinterpret_cast<HWND>(wParam));
       return 0;
     case WM_CLOSE:
       OnClose(screen);

@@ -340,10 +340,10 @@ LRESULT CALLBACK FileScreenProc(HWND window, UINT message, WPARAM wParam, LPARAM
       OnPaint(window, reinterpret_cast<HDC>(wParam));
       return 0;
     case WM_QUERYNEWPALETTE:
-      InvalidateRect(window, nullptr, FALSE);
+      RedrawForPalette(window);
       return 0;
     case WM_PALETTECHANGED:
-      if (reinterpret_cast<HWND>(wParam) != window) InvalidateRect(window, nullptr, FALSE);
+      RedrawForPalette(window, reinterpret_cast<HWND>(wParam));
       return 0;
     case WM_CHAR:
       OnChar(window, wParam);

@@ -148,10 +148,10 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
       OnPaint(window);
       return 0;
     case WM_QUERYNEWPALETTE:
-      InvalidateRect(window, nullptr, FALSE);
+      RedrawForPalette(window);
       return 0;
     case WM_PALETTECHANGED:
-      if (reinterpret_cast<HWND>(wParam) != window) InvalidateRect(window, nullptr, FALSE);
+      RedrawForPalette(window, reinterpret_cast<HWND>(wParam));
       return 0;
     case MWM_NOTIFY:
       OnNotify(window, wParam, lParam);

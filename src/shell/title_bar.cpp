@@ -149,7 +149,7 @@ LRESULT CALLBACK TitleBarProc(HWND bar, UINT message, WPARAM wParam, LPARAM lPar
     case WM_ERASEBKGND:
       return 1;
     case WM_QUERYNEWPALETTE:
-      InvalidateRect(bar, nullptr, FALSE);
+      RedrawForPalette(bar);
       return 0;
     case MWM_NOTIFY:
       if (static_cast<int>(wParam) == MWN_CLICKED) OnClicked(bar, reinterpret_cast<HWND>(lParam));
