@@ -1,10 +1,13 @@
 // CWNDBACK: the title bar, the board, the six box buttons, the information button and the bars.
 #include "shell/main_window.h"
 
+#include <mmsystem.h>
+
 #include <memory>
 #include <string>
 
 #include "graphics/control_dc.h"
+#include "media/music_player.h"
 #include "puzzle/play.h"
 #include "puzzle/puzzle_windows.h"
 #include "core/app.h"
@@ -63,6 +66,7 @@ LRESULT OnCreate(HWND window) {
   MainRecord* r = CreateRecord<MainRecord>(window);
   if (!r) return -1;
   SetMainWindow(window);
+  SetMusicOwner(window);
   CreateTable(window);
   CreateBoxButtons(window, *r);
   CreateBoxWindows(window);
@@ -75,6 +79,8 @@ LRESULT OnCreate(HWND window) {
 void OnDestroy(HWND window) {
   for (int i = 0; i < kBoxCount; ++i) SetBoxButton(i, nullptr);
   DestroyRecord<MainRecord>(window);
+  CloseMusic();
+  SetMusicOwner(nullptr);
   SetMainWindow(nullptr);
   PostQuitMessage(0);
 }
@@ -158,6 +164,9 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
       return 0;
     case WM_PARENTNOTIFY:
       OnParentNotify(wParam);
+      return 0;
+    case MM_MCINOTIFY:
+      OnMusicNotify(wParam, lParam);
       return 0;
     default:
       return DefWindowProcA(window, message, wParam, lParam);
