@@ -9,6 +9,8 @@
 #include "assets/catalogue.h"
 #include "assets/die_mask.h"
 #include "assets/file_io.h"
+#include "assets/music_pieces.h"
+#include "assets/music_render.h"
 #include "assets/picture_set.h"
 #include "assets/previews.h"
 #include "assets/rf_pack.h"
@@ -50,8 +52,10 @@ bool CommandPictures(const std::string& rccFolder, const std::string& outFolder,
     const std::string path = outFolder + "/Image/" + std::to_string(PictureChoices()[i].number) + ".bmp";
     if (!WriteFileReplacing(path, EncodeBmp8(pictures[i]), error)) return false;
   }
-  return WriteFileReplacing(outFolder + "/CREDITS.txt", CreditsText(PictureChoices(), credits, pictures),
-                            error);
+  // The music's credits are fixed text, so CREDITS.txt is written here once, whole, and the
+  // music command need not touch it.
+  return WriteFileReplacing(outFolder + "/CREDITS.txt",
+                            CreditsText(PictureChoices(), credits, pictures) + MusicCreditsText(), error);
 }
 
 bool CommandModuleResources(const std::string& outFolder, std::string& error) {
@@ -89,6 +93,21 @@ bool CommandVideo(const std::string& outFolder, const std::string& previewFolder
     if (!WritePng(ContactSheet(shown, 4, 4), previewFolder + "/clip-" + std::to_string(k) + ".png", error)) {
       return false;
     }
+  }
+  return true;
+}
+
+bool CommandMusic(const std::string& outFolder, const std::string& soundFont, std::string& error) {
+  // All four are rendered before the first is written, as with the pictures.
+  std::vector<std::vector<std::uint8_t>> files;
+  for (int n = 1; n <= kMusicPieceCount; ++n) {
+    MusicPiece piece;
+    std::vector<double> samples;
+    if (!MakeMusicPiece(n, piece, error) || !RenderPiece(piece, soundFont, samples, error)) return false;
+    files.push_back(EncodeWave(samples));
+  }
+  for (int n = 1; n <= kMusicPieceCount; ++n) {
+    if (!WriteFileReplacing(outFolder + "/Music/" + std::to_string(n) + ".wav", files[n - 1], error)) return false;
   }
   return true;
 }

@@ -6,6 +6,7 @@
 
 #include "assets/catalogue.h"
 #include "assets/commands.h"
+#include "assets/music_render.h"
 
 namespace {
 
@@ -17,6 +18,7 @@ void Usage() {
                "  qv_assets data RCC_FOLDER OUT_FOLDER      both of the above into one folder\n"
                "  qv_assets module OUT_FOLDER            sounds, cursor and icon for the .rc\n"
                "  qv_assets video OUT_FOLDER [PREVIEW_FOLDER]   Video\\0.avi, 1.avi, 2.avi (and PNG prints)\n"
+               "  qv_assets music OUT_FOLDER [SOUNDFONT]   Music\\1.wav ... 4.wav, rendered with fluidsynth\n"
                "  qv_assets previews OUT_FOLDER [RCC_FOLDER]  PNG contact prints to look at\n");
 }
 
@@ -42,6 +44,8 @@ int main(int argc, char** argv) {
     ok = qv::assets::CommandModuleResources(args[1], error);
   } else if (command == "video" && (args.size() == 2 || args.size() == 3)) {
     ok = qv::assets::CommandVideo(args[1], args.size() == 3 ? args[2] : "", error);
+  } else if (command == "music" && (args.size() == 2 || args.size() == 3)) {
+    ok = qv::assets::CommandMusic(args[1], args.size() == 3 ? args[2] : qv::assets::kDefaultSoundFont, error);
   } else if (command == "previews" && (args.size() == 2 || args.size() == 3)) {
     ok = qv::assets::CommandPreviews(args[1], args.size() == 3 ? args[2] : "", error);
   } else {
