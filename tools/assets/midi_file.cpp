@@ -32,27 +32,26 @@ void PutBigEndian(std::vector<std::uint8_t>& out, std::uint32_t value, int bytes
 }  // namespace
 
 std::vector<std::uint8_t> EncodeMidi(const MusicPiece& piece, double tailSeconds) {
+  auto byte = [](int value) { return static_cast<std::uint8_t>(value & 0xFF); };
   std::vector<Event> events;
   for (const TempoMark& mark : piece.tempo) {
-    const auto microseconds = static_cast<std::uint32_t>(std::lround(60e6 / mark.quartersPerMinute));
-    events.push_back({mark.tick, 0,
-                      {0xFF, 0x51, 0x03, static_cast<std::uint8_t>(microseconds >> 16),
-                       static_cast<std::uint8_t>(microseconds >> 8), static_cast<std::uint8_t>(microseconds)}});
+    const auto us = static_cast<int>(std::lround(60e6 / mark.quartersPerMinute));  // a quarter's length
+    events.push_back({mark.tick, 0, {0xFF, 0x51, 0x03, byte(us >> 16), byte(us >> 8), byte(us)}});
   }
   for (std::size_t channel = 0; channel < piece.programs.size() && channel < 16; ++channel) {
-    const auto c = static_cast<std::uint8_t>(channel);
-    events.push_back({0, 1, {static_cast<std::uint8_t>(0xC0 | c), static_cast<std::uint8_t>(piece.programs[channel] & 0x7F)}});
-    events.push_back({0, 1, {static_cast<std::uint8_t>(0xB0 | c), 91, 48}});  // a moderate room
-    events.push_back({0, 1, {static_cast<std::uint8_t>(0xB0 | c), 93, 0}});   // no chorus
+    const int c = static_cast<int>(channel);
+    events.push_back({0, 1, {byte(0xC0 | c), byte(piece.programs[channel] & 0x7F)}});
+    events.push_back({0, 1, {byte(0xB0 | c), 91, 48}});  // a moderate room
+    events.push_back({0, 1, {byte(0xB0 | c), 93, 0}});   // no chorus
   }
   for (const MusicNote& note : piece.notes) {
-    const auto c = static_cast<std::uint8_t>(note.channel & 0x0F);
-    const auto key = static_cast<std::uint8_t>(note.pitch & 0x7F);
-    events.push_back({note.start, 3, {static_cast<std::uint8_t>(0x90 | c), key, static_cast<std::uint8_t>(note.velocity & 0x7F)}});
-    events.push_back({note.start + note.duration, 2, {static_cast<std::uint8_t>(0x80 | c), key, 0}});
+    const int c = note.channel & 0x0F;
+    events.push_back({note.start, 3, {byte(0x90 | c), byte(note.pitch & 0x7F), byte(note.velocity & 0x7F)}});
+    events.push_back({note.start + note.duration, 2, {byte(0x80 | c), byte(note.pitch & 0x7F), 0}});
   }
-  std::stable_sort(events.begin(), events.end(),
-                   [](const Event& a, const Event& b) { return std::tie(a.tick, a.order) < std::tie(b.tick, b.order); });
+  std::stable_sort(events.begin(), events.end(), [](const Event& a, const Event& b) {
+    return std::tie(a.tick, a.order) < std::tie(b.tick, b.order);
+  });
   const int end = PieceEnd(piece);
   const double lastTempo = piece.tempo.empty() ? 120.0 : piece.tempo.back().quartersPerMinute;
   const int tailTicks = static_cast<int>(std::lround(tailSeconds * lastTempo / 60.0 * kTicksPerQuarter));

@@ -10,8 +10,9 @@
 namespace qv::assets {
 namespace {
 
-constexpr int kLowestKey = 21;   // the piano's A0
-constexpr int kHighestKey = 108; // and its C8
+constexpr int kLowestKey = 21;    // the piano's A0
+constexpr int kHighestKey = 108;  // and its C8
+constexpr int kLongestNote = 64 * 4 * kTicksPerQuarter;
 
 std::vector<std::string> Split(const std::string& text, char separator) {
   std::vector<std::string> parts;
@@ -34,7 +35,8 @@ bool ParsePitch(const std::string& name, int& pitch) {
   if (name.size() < 2 || name[0] < 'A' || name[0] > 'G') return false;
   int semitone = kSemitones[name[0] - 'A'];
   std::size_t i = 1;
-  for (; i < name.size() && (name[i] == '#' || name[i] == 'b') && i < 3; ++i) semitone += name[i] == '#' ? 1 : -1;
+  for (; i < name.size() && (name[i] == '#' || name[i] == 'b') && i < 3; ++i)
+    semitone += name[i] == '#' ? 1 : -1;
   if (i + 1 != name.size() || name[i] < '0' || name[i] > '8') return false;
   pitch = 12 * (name[i] - '0' + 1) + semitone;
   return pitch >= kLowestKey && pitch <= kHighestKey;
@@ -54,27 +56,30 @@ int ParseLength(const std::string& text) {
       return 0;
     }
     int ticks = 4 * kTicksPerQuarter / denominator;
-    for (int added = ticks / 2; i < term.size() && term[i] == '.' && added > 0; ++i, added /= 2) ticks += added;
+    for (int added = ticks / 2; i < term.size() && term[i] == '.' && added > 0; ++i, added /= 2)
+      ticks += added;
     if (i < term.size() && term[i] == '*') {
       int times = 0;
-      for (++i; i < term.size() && term[i] >= '0' && term[i] <= '9' && times < 1000; ++i) times = times * 10 + (term[i] - '0');
+      for (++i; i < term.size() && term[i] >= '0' && term[i] <= '9' && times < 1000; ++i)
+        times = times * 10 + (term[i] - '0');
       if (times == 0) return 0;
       ticks *= times;
     }
     if (i != term.size()) return 0;
     total += ticks;
+    if (total > kLongestNote) return 0;
   }
   return total;
 }
 
 std::string Where(int tick, int ticksPerBar, const std::string& token) {
-  return "bar " + std::to_string(tick / ticksPerBar + 1) + ", '" + token + "'";
+  return "bar " + std::to_string(tick / std::max(1, ticksPerBar) + 1) + ", '" + token + "'";
 }
 
 }  // namespace
 
-bool AddVoice(const std::string& text, int channel, int ticksPerBar, int start,
-              std::vector<MusicNote>& notes, std::string& error) {
+bool AddVoice(const std::string& text, int channel, int ticksPerBar, int start, std::vector<MusicNote>& notes,
+              std::string& error) {
   int position = start;
   int length = kTicksPerQuarter;
   int velocity = 64;
@@ -129,8 +134,8 @@ bool AddVoice(const std::string& text, int channel, int ticksPerBar, int start,
 }
 
 bool AddArpeggios(const std::string& chords, int spanTicks, int stepTicks, const std::vector<int>& tones,
-                  const std::vector<int>& velocities, int channel, int start,
-                  std::vector<MusicNote>& notes, std::string& error) {
+                  const std::vector<int>& velocities, int channel, int start, std::vector<MusicNote>& notes,
+                  std::string& error) {
   if (spanTicks <= 0 || stepTicks <= 0 || tones.empty() || velocities.empty()) {
     error = "an arpeggio needs a span, a step, tones and velocities";
     return false;
@@ -191,7 +196,8 @@ std::string CheckPiece(const MusicPiece& piece) {
     byKey[{note.channel, note.pitch}].push_back(&note);
   }
   for (auto& [key, list] : byKey) {
-    std::sort(list.begin(), list.end(), [](const MusicNote* a, const MusicNote* b) { return a->start < b->start; });
+    std::sort(list.begin(), list.end(),
+              [](const MusicNote* a, const MusicNote* b) { return a->start < b->start; });
     for (std::size_t i = 1; i < list.size(); ++i) {
       if (list[i]->start < list[i - 1]->start + list[i - 1]->duration) {
         return "key " + std::to_string(key.second) + " on channel " + std::to_string(key.first) +

@@ -38,8 +38,8 @@ struct MusicPiece {
 //   !NN    the velocity of the following notes
 //   |      a bar line: the voice must stand on a bar boundary there, which catches a wrong length
 // Returns false with the token and bar named in `error`; `notes` may then hold part of the voice.
-bool AddVoice(const std::string& text, int channel, int ticksPerBar, int start,
-              std::vector<MusicNote>& notes, std::string& error);
+bool AddVoice(const std::string& text, int channel, int ticksPerBar, int start, std::vector<MusicNote>& notes,
+              std::string& error);
 
 // Broken chords, one chord per span of `spanTicks` from `start`; chords are blank-separated
 // pitches between bar lines ("C4 E4 G4 | B3 D4 G4"). In every span, step s plays the chord's
@@ -47,8 +47,8 @@ bool AddVoice(const std::string& text, int channel, int ticksPerBar, int start,
 // step every `stepTicks`. Each note rings until its tone is struck again or the span ends, as a
 // pianist's pedal would hold it.
 bool AddArpeggios(const std::string& chords, int spanTicks, int stepTicks, const std::vector<int>& tones,
-                  const std::vector<int>& velocities, int channel, int start,
-                  std::vector<MusicNote>& notes, std::string& error);
+                  const std::vector<int>& velocities, int channel, int start, std::vector<MusicNote>& notes,
+                  std::string& error);
 
 // What is wrong with a piece, or "" when nothing is: a note outside the piano's keys, with no
 // length or velocity, on the drum channel or a channel without an instrument; the same key

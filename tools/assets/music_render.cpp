@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
@@ -20,9 +21,9 @@ namespace {
 
 constexpr double kTailSeconds = 3.0;  // the last chord's release and the room's echo
 constexpr double kFadeSeconds = 2.0;
-constexpr double kTargetRms = 0.1;    // -20 dBFS: the four pieces sound equally loud
-constexpr double kPeakLimit = 0.89;   // -1 dBFS
-constexpr double kSilence = 0.001;    // -60 dBFS
+constexpr double kTargetRms = 0.1;   // -20 dBFS: the four pieces sound equally loud
+constexpr double kPeakLimit = 0.89;  // -1 dBFS
+constexpr double kSilence = 0.001;   // -60 dBFS
 
 std::string Quoted(const std::string& text) {
   std::string out = "'";
@@ -70,7 +71,8 @@ void FinishTrack(std::vector<double>& samples, double fadeSeconds) {
   samples.resize(std::min(samples.size(), audible + kSoundRate / 4));
   const std::size_t fadeIn = std::min<std::size_t>(samples.size(), kSoundRate / 100);
   for (std::size_t i = 0; i < fadeIn; ++i) samples[i] *= static_cast<double>(i) / fadeIn;
-  const std::size_t fadeOut = std::min<std::size_t>(samples.size(), static_cast<std::size_t>(fadeSeconds * kSoundRate));
+  const std::size_t fadeOut =
+      std::min<std::size_t>(samples.size(), static_cast<std::size_t>(fadeSeconds * kSoundRate));
   for (std::size_t i = 0; i < fadeOut; ++i) {
     // A raised cosine from 1 to exactly 0 on the last sample.
     const double left = static_cast<double>(i) / std::max<std::size_t>(1, fadeOut - 1);
@@ -121,6 +123,7 @@ bool RenderPiece(const MusicPiece& piece, const std::string& soundFont, std::vec
     error = "fluidsynth rendered almost nothing for piece " + std::to_string(piece.number);
     return false;
   }
+  static_assert(std::endian::native == std::endian::little, "fluidsynth is asked for little-endian floats");
   samples.assign(frames, 0.0);
   for (std::size_t i = 0; i < frames; ++i) {
     float left = 0, right = 0;
