@@ -446,12 +446,10 @@ TEST(ScreenManners, BoxFrameAConfirmedEmptyNameIsStored) {
   HWND frame = BoxWindow(3);
   ShowFrame(frame);
   SetWindowTextA(frame, "Animals");
-  // The rename question runs its own loop: a timer answers it with Enter and an empty field.
-  SetTimer(nullptr, 0, 150, [](HWND, UINT, UINT_PTR id, DWORD) {
-    KillTimer(nullptr, id);
-    if (HWND box = FindWindowA(kMessageBoxClass, nullptr)) SendMessageA(box, UM_CHILDCHAR, '\r', 0);
+  // The rename question, answered with Enter and an empty field.
+  test::WithAnswers({{true, ""}}, [&] {
+    SendMessageA(frame, MWM_NOTIFY, MWN_CLICKED, reinterpret_cast<LPARAM>(GetDlgItem(frame, 11)));
   });
-  SendMessageA(frame, MWM_NOTIFY, MWN_CLICKED, reinterpret_cast<LPARAM>(GetDlgItem(frame, 11)));
   char name[40] = "unchanged";
   GetWindowTextA(frame, name, sizeof name);
   EXPECT_STREQ(name, "");

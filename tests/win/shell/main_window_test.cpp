@@ -18,15 +18,10 @@
 #include "widgets/widget_classes.h"
 
 namespace qv {
-namespace {
 
-std::string DistFolder() {
-  std::string folder = std::string("Z:") + QV_DIST_DIR + "/";
-  for (char& c : folder) {
-    if (c == '/') c = '\\';
-  }
-  return folder;
-}
+std::string DistFolder();  // startup_refusal_test.cpp
+
+namespace {
 
 void Pump() {
   MSG message;
