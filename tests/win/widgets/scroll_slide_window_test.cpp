@@ -159,15 +159,6 @@ class SlideWindow : public ::testing::Test {
   HWND slide = nullptr;
 };
 
-TEST_F(SlideWindow, WithoutATrackItIsABlackSquareAtTheStart) {
-  Track(30, 40, 30, 40);
-  const RECT place = test::RectInParent(slide);
-  EXPECT_EQ(place.left, 30);
-  EXPECT_EQ(place.top, 40);
-  EXPECT_EQ(place.right - place.left, 50);
-  EXPECT_EQ(Snapshot(slide).At(25, 25), 0u);
-}
-
 TEST_F(SlideWindow, AnUpwardTrackHasTheMinimumAtTheBottom) {
   Track(200, 300, 200, 200);
   const RECT place = test::RectInParent(slide);
