@@ -105,37 +105,6 @@ TEST(CBufferJoin, EmptySidesGiveCopiesAndEmptyStaysNull) {
   EXPECT_TRUE((CBuffer("Help\\") + 3).Equals("Help\\3"));
 }
 
-TEST(CBufferSubText, LeftMidRightClampToTheText) {
-  const CBuffer b("abcdef");
-  EXPECT_TRUE(b.Left(2).Equals("ab"));
-  EXPECT_TRUE(b.Left(7).Equals(b));
-  EXPECT_TRUE(b.Mid(1, b.Length() - 1).Equals("abcdef"));
-  EXPECT_TRUE(b.Mid(3, 2).Equals("cd"));
-  EXPECT_TRUE(b.Mid(5, 10).Equals("ef"));
-  EXPECT_TRUE(b.Right(2).Equals("ef"));
-  EXPECT_TRUE(b.Right(9).Equals(b));
-
-  test::AssertRecorder rec;
-  EXPECT_EQ(b.Mid(7, 1).Text(), nullptr);
-  EXPECT_EQ(b.Left(0).Text(), nullptr);
-  EXPECT_EQ(rec.count(), 2u);
-}
-
-TEST(CBufferEquals, ComparesLengthsThenBytes) {
-  EXPECT_TRUE(CBuffer("").Equals(""));
-  EXPECT_FALSE(CBuffer().Equals(""));
-  EXPECT_FALSE(CBuffer("ab").Equals("abc"));
-  EXPECT_FALSE(CBuffer("ab").Equals(nullptr));
-
-  CBuffer output(8);
-  std::strcpy(output.Text(), "ab");
-  CBuffer other(8);
-  std::strcpy(other.Text(), "ab");
-  *other.At(5) = 'z';  // past the zero, still inside the length
-  EXPECT_FALSE(output.Equals(other));
-  EXPECT_TRUE(output.Equals(CBuffer(output)));
-}
-
 TEST(CBufferCopy, IsDeepAndMoveLeavesTheSourceEmpty) {
   CBuffer original("abc");
   CBuffer copy(original);

@@ -147,19 +147,6 @@ int LanguageOf(const fs::path& page) {
   return -1;
 }
 
-TEST(HelpPageScanner, ReadsAttributesInEveryQuotingAndSkipsComments) {
-  const auto tags = StartTags(
-      "<!-- <a href=\"no\"> --><A HREF='one.htm#x' class=\"a b\"><img src=two.png alt>"
-      "</a><meta charset = \"utf-8\" />");
-  ASSERT_EQ(tags.size(), 3u);
-  EXPECT_EQ(tags[0].name, "a");
-  EXPECT_EQ(tags[0].attributes.at("href"), "one.htm#x");
-  EXPECT_EQ(tags[0].attributes.at("class"), "a b");
-  EXPECT_EQ(tags[1].attributes.at("src"), "two.png");
-  EXPECT_EQ(tags[1].attributes.count("alt"), 1u);
-  EXPECT_EQ(tags[2].attributes.at("charset"), "utf-8");
-}
-
 TEST(HelpPages, EveryLanguageFolderHasItsIndexPage) {
   for (int language = 0; language < 6; ++language) {
     const fs::path page = kHelpRoot / std::to_string(language) / "Index.htm";

@@ -68,30 +68,6 @@ void ReferenceCopy(HIMAGE to, int dx, int dy, int w, int h, HIMAGE from, int sx,
   }
 }
 
-TEST(ClipRect, OverlapCountsTouchingEdgesAndGivesTheIntersection) {
-  ImageRect out;
-  EXPECT_TRUE(ClipRect({5, 5, 10, 10}, {0, 0, 8, 20}, 2, &out));
-  EXPECT_EQ(out.x, 5);
-  EXPECT_EQ(out.y, 5);
-  EXPECT_EQ(out.width, 3);
-  EXPECT_EQ(out.height, 10);
-
-  EXPECT_TRUE(ClipRect({10, 0, 5, 5}, {0, 0, 10, 10}, 2, &out)) << "touching counts";
-  EXPECT_EQ(out.width, 0);
-  EXPECT_FALSE(ClipRect({11, 0, 5, 5}, {0, 0, 10, 10}, 2, &out));
-  EXPECT_FALSE(ClipRect({0, -6, 5, 5}, {0, 0, 10, 10}, 2, &out));
-  EXPECT_TRUE(ClipRect({-3, -3, 100, 100}, {0, 0, 10, 10}, 2, &out));
-  EXPECT_EQ(out.width, 10);
-  EXPECT_EQ(out.height, 10);
-
-  EXPECT_TRUE(ClipRect({5, 5, 10, 10}, {0, 0, 8, 20}, 3, &out));
-  EXPECT_EQ(out.width, 0) << "modes other than 1 and 2 give an empty rectangle";
-  EXPECT_TRUE(ClipRect({5, 5, 10, 10}, {0, 0, 8, 20}, 1, &out));
-  EXPECT_EQ(out.x, 0);
-  EXPECT_EQ(out.width, 15);
-  EXPECT_EQ(out.height, 20);
-}
-
 TEST(ClipRect, RejectsNegativeAndDoublyFlatRectangles) {
   AssertRecorder rec;
   ImageRect out;
@@ -183,32 +159,6 @@ TEST(ImageCopyColourTable, CopiesDepthCountAndEntries) {
   PackedDib none = MakePicture(2, 2, 8, 0, random);
   EXPECT_FALSE(ImageCopyColourTable(none.get(), to.get()));
   EXPECT_EQ(rec.only(), "valor invalido");
-}
-
-TEST(ImageStretchMaskCopy, ScalesAMaskAndAcceptsOnlyAnd) {
-  std::mt19937 random(9);
-  PackedDib mask = MakePicture(2, 2, 8, 2, random);
-  *ImagePixel(mask.get(), 0, 0) = 0x0F;
-  *ImagePixel(mask.get(), 1, 0) = 0xF0;
-  *ImagePixel(mask.get(), 0, 1) = 0x00;
-  *ImagePixel(mask.get(), 1, 1) = 0xFF;
-  PackedDib target = MakePicture(6, 6, 8, 2, random);
-  for (int y = 0; y < 6; ++y)
-    for (int x = 0; x < 6; ++x) *ImagePixel(target.get(), x, y) = 0xFF;
-  ASSERT_TRUE(ImageStretchMaskCopy(target.get(), {1, 1, 4, 4}, mask.get(), {0, 0, 2, 2},
-                                   kRopSrcAnd));
-  EXPECT_EQ(*ImagePixel(target.get(), 0, 0), 0xFF);
-  EXPECT_EQ(*ImagePixel(target.get(), 1, 1), 0x0F);
-  EXPECT_EQ(*ImagePixel(target.get(), 2, 2), 0x0F);
-  EXPECT_EQ(*ImagePixel(target.get(), 3, 1), 0xF0);
-  EXPECT_EQ(*ImagePixel(target.get(), 1, 4), 0x00);
-  EXPECT_EQ(*ImagePixel(target.get(), 4, 4), 0xFF);
-  EXPECT_EQ(*ImagePixel(target.get(), 5, 5), 0xFF);
-
-  AssertRecorder rec;
-  EXPECT_FALSE(ImageStretchMaskCopy(target.get(), {0, 0, 4, 4}, mask.get(), {0, 0, 2, 2},
-                                    kRopSrcCopy));
-  EXPECT_EQ(rec.count(), 1u);
 }
 
 }  // namespace

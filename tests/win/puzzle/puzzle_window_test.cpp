@@ -265,27 +265,18 @@ TEST(PieceBoxes, PressPointChoosesMoveOrResize) {
   EXPECT_EQ(area.right, 340 - 12);
   EXPECT_EQ(area.bottom, 330 - 24 - 12);
 
-  RECT now;
-  GetWindowRect(frame, &now);
-  Drag(OnScreen(frame, 2, 150), OnScreen(frame, -28, 150));  // left edge: the right one stays
-  RECT left;
-  GetWindowRect(frame, &left);
-  EXPECT_EQ(left.left, now.left - 30);
-  EXPECT_EQ(left.right, now.right);
-  EXPECT_EQ(left.bottom, now.bottom);
-
-  Drag(OnScreen(frame, 150, 327), OnScreen(frame, 150, 337));  // middle of the bottom edge
-  EXPECT_EQ(WindowSize(frame).cy, 340);
-  EXPECT_EQ(WindowSize(frame).cx, 370);
-
+  // Which edge a press takes is the frame logic's (tested natively); here, the corner, the
+  // title strip and the minimum reach the window.
+  RECT resized;
+  GetWindowRect(frame, &resized);
   Drag(OnScreen(frame, 120, 8), OnScreen(frame, 140, 23));  // title strip: moves
   RECT moved;
   GetWindowRect(frame, &moved);
-  EXPECT_EQ(moved.left, left.left + 20);
-  EXPECT_EQ(moved.top, left.top + 15);
-  EXPECT_EQ(WindowSize(frame).cx, 370);
+  EXPECT_EQ(moved.left, resized.left + 20);
+  EXPECT_EQ(moved.top, resized.top + 15);
+  EXPECT_EQ(WindowSize(frame).cx, 340);
 
-  Drag(OnScreen(frame, 368, 338), OnScreen(frame, 100, 60));  // far below the minimum
+  Drag(OnScreen(frame, 338, 328), OnScreen(frame, 100, 60));  // far below the minimum
   EXPECT_EQ(WindowSize(frame).cx, kBoxMinWidth);
   EXPECT_EQ(WindowSize(frame).cy, kBoxMinHeight);
   SetWindowPos(frame, nullptr, before.left, before.top, 300, 300, SWP_NOZORDER | SWP_NOACTIVATE);
@@ -392,14 +383,7 @@ TEST(PicturePreview, SizeFollowsThePictureAndCloseHidesIt) {
   EXPECT_EQ(WindowSize(preview).cx, fitted.width + 8);
   EXPECT_EQ(WindowSize(preview).cy, fitted.height + 39);
 
-  PackedDib wide;
-  ASSERT_TRUE(wide.Allocate(480, 360));
-  ASSERT_TRUE(SetPuzzlePicture(std::move(wide), nullptr));
-  ActualizarPreview();
-  EXPECT_EQ(WindowSize(preview).cx, 248);
-  EXPECT_EQ(WindowSize(preview).cy, 219);
-  EXPECT_FALSE(IsWindowVisible(preview));
-
+  // The fitted sizes are the frame logic's; here, that a new picture resizes the hidden window.
   PackedDib square;
   ASSERT_TRUE(square.Allocate(300, 300));
   ASSERT_TRUE(SetPuzzlePicture(std::move(square), nullptr));
@@ -446,12 +430,10 @@ TEST(ScreenManners, BoxFrameAConfirmedEmptyNameIsStored) {
   HWND frame = BoxWindow(3);
   ShowFrame(frame);
   SetWindowTextA(frame, "Animals");
-  // The rename question runs its own loop: a timer answers it with Enter and an empty field.
-  SetTimer(nullptr, 0, 150, [](HWND, UINT, UINT_PTR id, DWORD) {
-    KillTimer(nullptr, id);
-    if (HWND box = FindWindowA(kMessageBoxClass, nullptr)) SendMessageA(box, UM_CHILDCHAR, '\r', 0);
+  // The rename question, answered with Enter and an empty field.
+  test::WithAnswers({{true, ""}}, [&] {
+    SendMessageA(frame, MWM_NOTIFY, MWN_CLICKED, reinterpret_cast<LPARAM>(GetDlgItem(frame, 11)));
   });
-  SendMessageA(frame, MWM_NOTIFY, MWN_CLICKED, reinterpret_cast<LPARAM>(GetDlgItem(frame, 11)));
   char name[40] = "unchanged";
   GetWindowTextA(frame, name, sizeof name);
   EXPECT_STREQ(name, "");

@@ -10,6 +10,7 @@
 #include "graphics/resource_file.h"
 #include "puzzle/puzzle_model.h"
 #include "puzzle/puzzle_windows.h"
+#include "screens/bar_layout.h"
 #include "screens/bars_window.h"
 #include "setup/file_screen_window.h"
 #include "screens/honour_window.h"
@@ -145,31 +146,28 @@ class Bars : public ::testing::Test {
 };
 
 TEST_F(Bars, FourWindowsAtTheirPlacesOverTheBoard) {
-  const int w = ScreenWidth(), h = ScreenHeight();
+  // The places are the layout's (checked at two screen sizes natively); here, that every window
+  // takes its own.
   HWND main = MainWindow();
-  ExpectPlace(main, ToolStrip(), 0, 78, 25, h - 103);
-  ExpectPlace(main, ToolPanel(), 0, 78, 98, h - 78);
-  ExpectPlace(main, OptionStrip(), 0, h - 25, w, 25);
-  ExpectPlace(main, OptionPanel(), 0, h - 103, w, 103);
-  EXPECT_TRUE(IsWindowVisible(ToolStrip()));
-  EXPECT_TRUE(IsWindowVisible(OptionStrip()));
-  EXPECT_FALSE(IsWindowVisible(ToolPanel()));
-  EXPECT_FALSE(IsWindowVisible(OptionPanel()));
-
-  // The labels: the tool label centred on the screen's height, the option label on the width.
-  HWND toolLabel = FindWindowExA(ToolStrip(), nullptr, kAnimClass, nullptr);
-  HWND optionLabel = FindWindowExA(OptionStrip(), nullptr, kAnimClass, nullptr);
-  ExpectPlace(ToolStrip(), toolLabel, 0, (h - 140) / 2 - 78, 25, 140);
-  ExpectPlace(OptionStrip(), optionLabel, (w - 104) / 2, 0, 104, 25);
-
-  for (int k = 1; k <= 4; ++k) {
-    SCOPED_TRACE("tool button " + std::to_string(k));
-    ExpectPlace(ToolPanel(), Button(ToolPanel(), k), 0, k * (h - 78) / 5 - 35, 70, 70);
-  }
-  // Help, open, magnifier, save, quit at 2/8 ... 6/8 of the width.
-  for (int k = 1; k <= 5; ++k) {
-    SCOPED_TRACE("option button " + std::to_string(k));
-    ExpectPlace(OptionPanel(), Button(OptionPanel(), k), (k + 1) * w / 8 - 35, 27, 70, 70);
+  const struct {
+    HWND strip, panel;
+    BarLayout layout;
+  } bars[] = {{ToolStrip(), ToolPanel(), ToolBarLayout(ScreenWidth(), ScreenHeight())},
+              {OptionStrip(), OptionPanel(), OptionBarLayout(ScreenWidth(), ScreenHeight())}};
+  for (const auto& bar : bars) {
+    const BarLayout& l = bar.layout;
+    ExpectPlace(main, bar.strip, l.strip.x, l.strip.y, l.strip.width, l.strip.height);
+    ExpectPlace(main, bar.panel, l.panel.x, l.panel.y, l.panel.width, l.panel.height);
+    EXPECT_TRUE(IsWindowVisible(bar.strip));
+    EXPECT_FALSE(IsWindowVisible(bar.panel));
+    const RECT label = PlaceIn(bar.strip, FindWindowExA(bar.strip, nullptr, kAnimClass, nullptr));
+    EXPECT_EQ(label.left, l.label.x);
+    EXPECT_EQ(label.top, l.label.y);
+    for (int k = 0; k < l.buttonCount; ++k) {
+      const RECT button = PlaceIn(bar.panel, Button(bar.panel, k + 1));
+      EXPECT_EQ(button.left, l.buttons[k].x) << k;
+      EXPECT_EQ(button.top, l.buttons[k].y) << k;
+    }
   }
 
   // The Z order of the main window's children: panels over strips, everything over the board.

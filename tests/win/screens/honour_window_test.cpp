@@ -6,7 +6,6 @@
 
 #include <cstdlib>
 #include <cstring>
-#include <deque>
 #include <fstream>
 #include <iterator>
 #include <string>
@@ -37,40 +36,8 @@ const std::string kEmptyName(23, '-');
 constexpr std::int32_t kFinishedScore = 16000;
 
 using test::Pump;
-
-// ---- Answering the message box from a timer ---------------------------------------------------
-
-struct Answer {
-  bool confirm;      // Enter, or Escape
-  const char* name;  // typed into the field first, when the box has one
-};
-
-struct Questions {
-  std::deque<Answer> script;
-  std::vector<bool> asked;  // per box: whether it had a name field
-};
-Questions g_questions;
-
-void CALLBACK AnswerBox(HWND, UINT, UINT_PTR, DWORD) {
-  HWND box = FindWindowA(kMessageBoxClass, nullptr);
-  if (!box || !IsWindowVisible(box) || g_questions.script.empty()) return;
-  const Answer answer = g_questions.script.front();
-  g_questions.script.pop_front();
-  HWND field = FindWindowExA(box, nullptr, "EDIT", nullptr);
-  g_questions.asked.push_back(field != nullptr);
-  if (field && answer.name) SetWindowTextA(field, answer.name);
-  SendMessageA(box, UM_CHILDCHAR, answer.confirm ? '\r' : VK_ESCAPE, 0);
-}
-
-// Runs the step with the script answering every box it opens.
-template <class Step>
-void WithAnswers(std::initializer_list<Answer> answers, Step&& step) {
-  g_questions = Questions{{answers.begin(), answers.end()}, {}};
-  const UINT_PTR timer = SetTimer(nullptr, 0, 30, AnswerBox);
-  step();
-  KillTimer(nullptr, timer);
-  EXPECT_TRUE(g_questions.script.empty()) << "a question was not asked";
-}
+using test::BoxAnswer;
+using test::WithAnswers;
 
 // ---- The program around the screen --------------------------------------------------------------
 
@@ -238,8 +205,7 @@ TEST_F(HonourScreen, AnEqualScoreGoesBelowItsEqualsAndANameKeepsTheTailBehindIt)
   std::memcpy(file.data() + 16 + 28 * 5 + 3, "Maximiliana", 12);  // "p5" becomes a long name
   std::memcpy(file.data() + 16 + 28 * 5, "Max", 3);
   WriteFile(file);
-  WithAnswers({{true, "Eve"}}, [] { EnterHonourRoll(); });
-  EXPECT_EQ(g_questions.asked, std::vector<bool>({true}));
+  EXPECT_EQ(WithAnswers({{true, "Eve"}}, [] { EnterHonourRoll(); }), std::vector<bool>({true}));
   const Bytes after = ReadFile(RecordsFile());
   ASSERT_EQ(after.size(), 296u);
   // Row 6 (place 5): "Eve" over the start of the old name, whose tail stays in the file.
@@ -258,7 +224,7 @@ TEST_F(HonourScreen, AnEqualScoreGoesBelowItsEqualsAndANameKeepsTheTailBehindIt)
 TEST_F(HonourScreen, CancellingOrConfirmingEmptyChangesNothing) {
   const Bytes file = RollFile({900, 800, 700, 600, 500, 400, 300, 200, 100, 0});
   WriteFile(file);
-  for (const Answer& answer : {Answer{false, "Eve"}, Answer{true, ""}}) {
+  for (const BoxAnswer& answer : {BoxAnswer{false, "Eve"}, BoxAnswer{true, ""}}) {
     WithAnswers({answer}, [] { EnterHonourRoll(); });
     EXPECT_EQ(ReadFile(RecordsFile()), file);
     ASSERT_TRUE(Screen()) << "the roll stays open to be closed";
@@ -305,8 +271,7 @@ void SetDesktopValue(const char* name, const char* value) {
 TEST_F(HonourScreen, WallpaperYesWritesThePictureAndTheDesktopValuesThenAsksForTheName) {
   DeleteFileA(WallpaperPath().c_str());
   SetDesktopValue("TileWallpaper", "1");
-  WithAnswers({{true, nullptr}, {false, nullptr}}, [] { RunGameEnd(); });
-  EXPECT_EQ(g_questions.asked, std::vector<bool>({false, true}));
+  EXPECT_EQ(WithAnswers({{true}, {false}}, [] { RunGameEnd(); }), std::vector<bool>({false, true}));
   EXPECT_TRUE(Screen()) << "an empty roll takes any finished game";
   EXPECT_TRUE(IsWindowEnabled(Screen()));
 
@@ -335,8 +300,8 @@ TEST_F(HonourScreen, WallpaperNoTouchesNothingAndStillAsksForTheName) {
   SetDesktopValue("TileWallpaper", "1");
   SetDesktopValue("Wallpaper", "");
   WriteFile(RollFile({900, 800, 700, 600, 500, 400, 300, 200, 100, 0}));
-  WithAnswers({{false, nullptr}, {true, "Ana"}}, [] { RunGameEnd(); });
-  EXPECT_EQ(g_questions.asked, std::vector<bool>({false, true}));
+  EXPECT_EQ(WithAnswers({{false}, {true, "Ana"}}, [] { RunGameEnd(); }),
+            std::vector<bool>({false, true}));
   EXPECT_FALSE(Exists(WallpaperPath()));
   EXPECT_EQ(DesktopValue("TileWallpaper"), "1");
   EXPECT_EQ(DesktopValue("Wallpaper"), "");

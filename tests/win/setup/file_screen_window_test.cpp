@@ -31,20 +31,7 @@ using test::Click;
 using test::Pump;
 using test::PumpUntil;
 
-// The message box runs its own loop: a timer inside it answers the next box that opens.
-int g_answer = -1;
-int g_boxesSeen = 0;
-void CALLBACK AnswerBox(HWND, UINT, UINT_PTR timer, DWORD) {
-  HWND box = FindWindowA(kMessageBoxClass, nullptr);
-  if (!box) return;
-  KillTimer(nullptr, timer);
-  ++g_boxesSeen;
-  PostMessageA(box, UM_CHILDCHAR, g_answer == 1 ? VK_RETURN : VK_ESCAPE, 0);
-}
-void AnswerNextBox(bool yes) {
-  g_answer = yes ? 1 : 0;
-  SetTimer(nullptr, 0, 40, AnswerBox);
-}
+using test::WithAnswers;
 
 // ---- Files ---------------------------------------------------------------------------------
 
@@ -201,21 +188,16 @@ TEST_F(FileScreen, DeletingTheLastFileOfAPageAsksFirstAndLeavesTheOtherTilesEmpt
   ASSERT_NE(Open(FileScreenMode::Open), nullptr);
   Click(Tile(screen_, 1));
   EXPECT_EQ(SendMessageA(Tile(screen_, 1), FSM_GETSELECTED, 0, 0), 1);
-  AnswerNextBox(false);  // no: nothing is deleted
-  Click(Erase(screen_));
-  PumpUntil([] { return g_boxesSeen > 0 && !FindWindowA(kMessageBoxClass, nullptr); });
+  WithAnswers({{false}}, [&] { Click(Erase(screen_)); });  // no: nothing is deleted
   EXPECT_EQ(TileStates(screen_), (std::vector<int>{2, 2, 0, 0}));
-  AnswerNextBox(true);
-  Click(Erase(screen_));
+  WithAnswers({{true}}, [&] { Click(Erase(screen_)); });
   PumpUntil([&] { return TileState(screen_, 1) == 0; });
   EXPECT_EQ(TileStates(screen_), (std::vector<int>{2, 0, 0, 0}));
   EXPECT_TRUE(IsWindowEnabled(screen_));
   // A press on an empty tile selects nothing, so the delete button asks nothing.
   Click(Tile(screen_, 2));
-  const int seen = g_boxesSeen;
   Click(Erase(screen_));
   Pump(100);
-  EXPECT_EQ(g_boxesSeen, seen);
   EXPECT_EQ(FindWindowA(kMessageBoxClass, nullptr), nullptr);
 }
 
@@ -238,9 +220,7 @@ TEST_F(FileScreen, ANameWindowsRefusesIsSaidAndWritesNothing) {
   SaveGames(1);
   const Bytes before = ReadAll(Saved("game0"));
   for (const char* name : {"a:b", "CON", "trail.", "game0?"}) {
-    AnswerNextBox(true);
-    SaveThroughScreen(name);
-    PumpUntil([] { return !FindWindowA(kMessageBoxClass, nullptr); });
+    EXPECT_EQ(WithAnswers({{true}}, [&] { SaveThroughScreen(name); }).size(), 1u) << name;
     EXPECT_TRUE(IsWindow(screen_)) << name;
     EXPECT_TRUE(IsWindowEnabled(screen_)) << name;
     DestroyWindow(screen_);
@@ -314,23 +294,19 @@ TEST_F(FileScreen, AChangedGameIsLeftOnlyAfterTheQuestionAndNoKeepsEverything) {
   EXPECT_TRUE(ConfirmLeavingChangedGame(main_));  // unchanged: nothing is asked
   SaveGames(1);
   Puzzle().PuzzleModificado = 1;
-  const int seen = g_boxesSeen;
-  AnswerNextBox(false);
-  EXPECT_FALSE(ConfirmLeavingChangedGame(main_));
-  EXPECT_EQ(g_boxesSeen, seen + 1);
+  bool left = true;
+  EXPECT_EQ(WithAnswers({{false}}, [&] { left = ConfirmLeavingChangedGame(main_); }).size(), 1u);
+  EXPECT_FALSE(left);
   EXPECT_TRUE(IsWindowEnabled(main_));
 
   ASSERT_NE(Open(FileScreenMode::Open), nullptr);
   Click(Tile(screen_, 0));
-  AnswerNextBox(false);
-  Click(Action(screen_));
-  PumpUntil([&] { return g_boxesSeen == seen + 2 && !FindWindowA(kMessageBoxClass, nullptr); });
+  WithAnswers({{false}}, [&] { Click(Action(screen_)); });
   EXPECT_TRUE(IsWindow(screen_));
   EXPECT_TRUE(IsWindowEnabled(screen_));
   EXPECT_EQ(Puzzle().PuzzleModificado, 1);
   EXPECT_EQ(SendMessageA(Tile(screen_, 0), FSM_GETSELECTED, 0, 0), 1);
-  AnswerNextBox(true);
-  Click(Action(screen_));
+  WithAnswers({{true}}, [&] { Click(Action(screen_)); });
   PumpUntil([&] { return !IsWindow(screen_); });
   EXPECT_FALSE(IsWindow(screen_));
   EXPECT_TRUE(PuzzleAbierto());

@@ -8,8 +8,8 @@
 #include <vector>
 
 namespace qv {
-namespace {
 
+// The game's distribution folder as Wine names it; the main window's tests use it too.
 std::string DistFolder() {
   std::string folder = std::string("Z:") + QV_DIST_DIR + "/";
   for (char& c : folder) {
@@ -17,6 +17,8 @@ std::string DistFolder() {
   }
   return folder;
 }
+
+namespace {
 
 std::string ModuleString(UINT id) {
   char text[400] = {};

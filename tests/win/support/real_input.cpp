@@ -5,8 +5,8 @@
 
 #include <cstdio>
 #include <cstdlib>
-
 #include <cstring>
+#include <deque>
 
 #include "widgets/widget_classes.h"
 #include "widgets/widget_messages.h"
@@ -183,6 +183,37 @@ std::string TextOf(HWND caption) {
   char buffer[200] = {};
   SendMessageA(caption, text::MWM_GETTEXT, sizeof buffer, reinterpret_cast<LPARAM>(buffer));
   return buffer;
+}
+
+namespace {
+
+std::deque<BoxAnswer> g_script;
+std::vector<bool> g_asked;
+
+void CALLBACK AnswerBox(HWND, UINT, UINT_PTR, DWORD) {
+  HWND box = FindWindowA(kMessageBoxClass, nullptr);
+  if (!box || !IsWindowVisible(box) || g_script.empty()) return;
+  const BoxAnswer answer = g_script.front();
+  g_script.pop_front();
+  HWND field = FindWindowExA(box, nullptr, "EDIT", nullptr);
+  g_asked.push_back(field != nullptr);
+  if (field && answer.name) SetWindowTextA(field, answer.name);
+  SendMessageA(box, UM_CHILDCHAR, answer.confirm ? VK_RETURN : VK_ESCAPE, 0);
+}
+
+}  // namespace
+
+std::vector<bool> WithAnswers(std::vector<BoxAnswer> answers, const std::function<void()>& step) {
+  g_script.assign(answers.begin(), answers.end());
+  g_asked.clear();
+  const UINT_PTR timer = SetTimer(nullptr, 0, 30, AnswerBox);
+  step();
+  const bool answered = PumpUntil([] {
+    return g_script.empty() && (g_asked.empty() || !FindWindowA(kMessageBoxClass, nullptr));
+  });
+  KillTimer(nullptr, timer);
+  EXPECT_TRUE(answered) << g_script.size() << " answer(s) not used";
+  return g_asked;
 }
 
 // Only the tests of the game's screens, which link the shell, name a data folder.

@@ -4,6 +4,7 @@
 
 #include <windows.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -51,6 +52,17 @@ std::vector<HWND> ChildrenOf(HWND screen, const char* className);
 POINT PlaceOf(HWND child);
 HWND ChildAt(HWND screen, const char* className, int x, int y);  // null when none is there
 std::string TextOf(HWND caption);
+
+// The game's message boxes run their own loop: a timer inside it answers each box that opens
+// with the next answer (Enter or Escape, after typing the name into the box's field when it has
+// one and a name is given). Runs the step, waits until every answer is used and no box is left
+// open (at most 1.5 s), and returns, box by box, whether it had a field. A box that opens when
+// no answer is left stays open.
+struct BoxAnswer {
+  bool confirm;
+  const char* name = nullptr;
+};
+std::vector<bool> WithAnswers(std::vector<BoxAnswer> answers, const std::function<void()>& step);
 
 // The folder holding the game's Quorvex.rf and Image\ (QV_GAME_DATA_DIR, or the environment's
 // QV_PUZZLE_DATA), as Wine names it, ending in a separator.

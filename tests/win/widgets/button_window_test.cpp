@@ -154,25 +154,6 @@ TEST_F(CheckButtonWindow, AClickTogglesTheBoxAndShowsTheCheckedHoverLook) {
   EXPECT_EQ(SendMessageA(box, MWM_GETCHECK, 0, 0), 0);
 }
 
-TEST_F(CheckButtonWindow, ACheckedRadioClickedAgainStaysCheckedWithoutAClick) {
-  SendMessageA(box, MWM_SETRADIO, 0, 1);
-  SendMessageA(box, MWM_SETCHECK, 0, 1);
-  EXPECT_TRUE(parent.CodesFrom(box).empty()) << "checking by message says nothing";
-  Click();
-  EXPECT_EQ(parent.CodesFrom(box), (V{MWN_ENTER, MWN_PRESSED, MWN_RELEASED}));
-  EXPECT_EQ(SendMessageA(box, MWM_GETCHECK, 0, 0), 1);
-}
-
-TEST_F(CheckButtonWindow, UncheckingARadioByMessageReportsChanged) {
-  SendMessageA(box, MWM_SETRADIO, 0, 1);
-  SendMessageA(box, MWM_SETCHECK, 0, 1);
-  test::SoundLog sounds;
-  SendMessageA(box, MWM_SETCHECK, 0, 0);
-  EXPECT_EQ(parent.CodesFrom(box), V{MWN_CHANGED});
-  EXPECT_TRUE(sounds.Played().empty());
-  EXPECT_EQ(Snapshot(box).At(10, 10), ColourOfIndex(70));
-}
-
 TEST_F(CheckButtonWindow, MessagesOutsideItsSetAnswerOne) {
   for (UINT m = 1328; m <= 1333; ++m) EXPECT_EQ(SendMessageA(box, m, 0, 0), 1) << m;
   for (UINT m = 1340; m <= 1424; ++m) EXPECT_EQ(SendMessageA(box, m, 0, 0), 1) << m;
