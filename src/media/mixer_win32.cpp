@@ -1,5 +1,7 @@
 #include "media/mixer.h"
 
+#include <cstdint>
+
 #include "media/mixer_percent.h"
 
 namespace qv {
@@ -123,8 +125,10 @@ bool MixerSetPercent(DWORD controlId, int percent) {
   if (percent < 0 || percent > 100) return false;
   MIXERCONTROLA control;
   if (!FetchFader(controlId, control)) return false;
+  std::uint32_t raw = 0;
+  if (!FaderValueOfPercent(RangeOf(control), percent, raw)) return false;
   MIXERCONTROLDETAILS_UNSIGNED value{};
-  if (!FaderValueOfPercent(RangeOf(control), percent, value.dwValue)) return false;
+  value.dwValue = raw;
   MIXERCONTROLDETAILS details = OneChannel(control, value);
   return mixerSetControlDetails(Object(), &details, MIXER_SETCONTROLDETAILSF_VALUE) ==
          MMSYSERR_NOERROR;
