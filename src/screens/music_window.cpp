@@ -1,5 +1,5 @@
 // CWNDMUSICA: two volume sliders over the system mixer's master and wave faders, with an
-// indicator each, the four track buttons, and close and stop. It has no caption and moves by
+// indicator each (lit while its slider is held), the four track buttons, and close and stop. It has no caption and moves by
 // its background.
 #include "screens/music_window.h"
 
@@ -13,12 +13,13 @@
 #include "graphics/control_dc.h"
 #include "graphics/himage_draw.h"
 #include "graphics/himage_ops.h"
-#include "graphics/proyector.h"
+#include "graphics/packed_dib.h"
 #include "media/mixer.h"
 #include "media/mixer_percent.h"
 #include "media/music_player.h"
 #include "media/music_track.h"
 #include "screens/music_layout.h"
+#include "screens/true_colour.h"
 #include "system/language.h"
 #include "widgets/widget_classes.h"
 #include "widgets/widget_messages.h"
@@ -48,15 +49,19 @@ struct Fader {
 };
 
 struct Indicator {
-  Proyector strip;
+  ControlDC strip;  // two frames over their masks
   MusicPoint at;
 };
 
 struct MusicRecord {
-  ControlDC background;  // the title and the indicators are drawn into it
+  ControlDC background;  // as loaded: the sliders draw their knobs over it
+  // The pictures have colour tables of their own, so the screen's face is composed in 24 bits:
+  // the background with the title (base), and with the indicators over it (face).
+  PackedDib base;
+  PackedDib face;
   ControlDC closeImage;
   ControlDC stopImage;
-  ControlDC knobImage;
+  PackedDib knob;  // the knob in the background's colours
   ControlDC trackImages[kTrackButtons];
   Indicator master;
   Indicator wave;
@@ -98,17 +103,24 @@ bool ReadFader(const Fader& fader, int& position) {
   return true;
 }
 
-void ShowIndicator(Indicator& indicator, int frame) {
-  indicator.strip.Borrar(false, false);
-  indicator.strip.Transparencia(frame, indicator.at.x, indicator.at.y, true, false, true);
+void ShowIndicator(HWND screen, MusicRecord& r, Indicator& indicator, int frame) {
+  const int width = indicator.strip.Width() / 2;
+  const int height = indicator.strip.Height() / 2;
+  ImageRasterCopy(r.face.get(), indicator.at.x, indicator.at.y, width, height, r.base.get(),
+                  indicator.at.x, indicator.at.y, kRopSrcCopy);
+  ExpandSpriteInto(r.face.get(), indicator.at.x, indicator.at.y, indicator.strip.Dib(), 2, frame);
+  const RECT area{indicator.at.x, indicator.at.y, indicator.at.x + width, indicator.at.y + height};
+  InvalidateRect(screen, &area, FALSE);
 }
 
-void PrepareIndicator(HWND screen, MusicRecord& r, Indicator& indicator, std::uint32_t strip,
-                      MusicPoint at) {
-  indicator.at = at;
-  indicator.strip.Destino(screen);
-  indicator.strip.Destino(r.background.Dib());
-  if (indicator.strip.LoadStrip(strip, true)) indicator.strip.CambiarNumCol(2);
+bool ComposeFace(MusicRecord& r) {
+  if (!ExpandToTrueColour(r.background.Dib(), r.base)) return false;
+  ControlDC title;
+  if (title.LoadById(kTitleBase + static_cast<std::uint32_t>(CurrentLanguage()))) {
+    ExpandInto(r.base.get(), kMusicTitleAt.x, kMusicTitleAt.y, title.Dib(), title.Width(),
+               title.Height());
+  }
+  return ExpandToTrueColour(r.base.get(), r.face);
 }
 
 HWND CreateButton(HWND screen, ControlDC& image, std::uint32_t id, MusicPoint at) {
@@ -125,7 +137,7 @@ HWND CreateSlider(HWND screen, MusicRecord& r, MusicPoint bottom, MusicPoint top
   SendMessageA(slider, slide::MWM_SETSTART, 0, MAKELPARAM(bottom.x, bottom.y));
   SendMessageA(slider, slide::MWM_SETEND, 0, MAKELPARAM(top.x, top.y));
   SendMessageA(slider, slide::MWM_SETBACKGROUND, 0, reinterpret_cast<LPARAM>(r.background.Dib()));
-  SendMessageA(slider, slide::MWM_SETKNOB, 0, reinterpret_cast<LPARAM>(r.knobImage.Dib()));
+  if (r.knob) SendMessageA(slider, slide::MWM_SETKNOB, 0, reinterpret_cast<LPARAM>(r.knob.get()));
   SendMessageA(slider, slide::MWM_SETMAXIMUM, 0, kVolumeSliderMaximum);
   SendMessageA(slider, slide::MWM_SETVALUE, 0, kSliderStartValue);
   SendMessageA(slider, slide::MWM_SETFRAME, 0, 0);
@@ -134,19 +146,21 @@ HWND CreateSlider(HWND screen, MusicRecord& r, MusicPoint bottom, MusicPoint top
   return slider;
 }
 
-// The frame around a track button, in the screen's client area.
-RECT TrackFrame(const MusicRecord& r, int button) {
-  const MusicPoint at = TrackButtonAt(button);
-  const ControlDC& image = r.trackImages[button - 1];
-  return RECT{at.x - kTrackFrame, at.y - kTrackFrame, at.x + image.Width() + kTrackFrame,
-              at.y + image.Height() + kTrackFrame};
+// The frame around a track button, in the screen's client area (empty without the button).
+RECT TrackFrame(HWND screen, const MusicRecord& r, int button) {
+  RECT frame{};
+  HWND child = r.tracks[button - 1];
+  if (!child || !GetWindowRect(child, &frame)) return RECT{};
+  MapWindowPoints(nullptr, screen, reinterpret_cast<POINT*>(&frame), 2);
+  InflateRect(&frame, kTrackFrame, kTrackFrame);
+  return frame;
 }
 
 // The current track's button stands in a frame of the highlight colour, the others in none.
 void MarkTrackButton(HWND screen, MusicRecord& r, int button) {
   for (int which : {r.markedButton, button}) {
     if (which < 1 || which > kTrackButtons) continue;
-    const RECT frame = TrackFrame(r, which);
+    const RECT frame = TrackFrame(screen, r, which);
     InvalidateRect(screen, &frame, FALSE);
   }
   r.markedButton = button;
@@ -166,43 +180,39 @@ void ReadTrackSetting() {
   SetCurrentTrack(TrackIndexFromSetting(text));
 }
 
-void DrawTitle(MusicRecord& r) {
-  ControlDC title;
-  if (!title.LoadById(kTitleBase + static_cast<std::uint32_t>(CurrentLanguage()))) return;
-  ImageRasterCopy(r.background.Dib(), kMusicTitleAt.x, kMusicTitleAt.y, title.Width(),
-                  title.Height(), title.Dib(), 0, 0, kRopSrcCopy);
-}
-
 LRESULT OnCreate(HWND screen) {
   MusicRecord* r = CreateRecord<MusicRecord>(screen);
   if (!r) return -1;
-  if (!r->background.LoadById(kBackgroundImage)) return -1;  // WM_DESTROY frees the record
+  // Without its background the screen cannot be shown; WM_DESTROY frees the record.
+  if (!r->background.LoadById(kBackgroundImage) || !ComposeFace(*r)) return -1;
   FindFaders(screen, *r);
-  PrepareIndicator(screen, *r, r->master, kMasterStrip, kMasterIndicatorAt);
-  PrepareIndicator(screen, *r, r->wave, kWaveStrip, kWaveIndicatorAt);
-  DrawTitle(*r);
+  r->master.strip.LoadById(kMasterStrip);
+  r->master.at = kMasterIndicatorAt;
+  r->wave.strip.LoadById(kWaveStrip);
+  r->wave.at = kWaveIndicatorAt;
   r->close = CreateButton(screen, r->closeImage, kCloseImage, kMusicCloseAt);
   r->stop = CreateButton(screen, r->stopImage, kStopImage, kMusicStopAt);
-  r->knobImage.LoadById(kKnobImage);
+  ControlDC knob;
+  if (knob.LoadById(kKnobImage)) RemapSpriteToColourTable(knob.Dib(), r->background.Dib(), r->knob);
   r->masterSlider = CreateSlider(screen, *r, kMasterSliderBottom, kMasterSliderTop, r->masterFader);
   r->waveSlider = CreateSlider(screen, *r, kWaveSliderBottom, kWaveSliderTop, r->waveFader);
   CreateTrackButtons(screen, *r);
   ReadTrackSetting();
   r->markedButton = TrackButtonOfIndex(CurrentTrack());
-  ShowIndicator(r->master, 0);
-  ShowIndicator(r->wave, 0);
+  ShowIndicator(screen, *r, r->master, 0);
+  ShowIndicator(screen, *r, r->wave, 0);
   r->overSlider = false;
   return 0;
 }
 
-void OnSliderNotify(MusicRecord& r, HWND slider, Indicator& indicator, const Fader& fader,
-                    WPARAM code) {
+void OnSliderNotify(HWND screen, MusicRecord& r, HWND slider, Indicator& indicator,
+                    const Fader& fader, WPARAM code) {
   if (code == MWN_PRESSED) {
     r.overSlider = true;
-    ShowIndicator(indicator, 1);
+    ShowIndicator(screen, r, indicator, 1);
   } else if (code == MWN_RELEASED) {
     r.overSlider = false;
-    ShowIndicator(indicator, 0);
+    ShowIndicator(screen, r, indicator, 0);
   } else if (code == MWN_CLICKED) {
     const int position = static_cast<int>(SendMessageA(slider, slide::MWM_GETVALUE, 0, 0));
     SendMessageA(slider, slide::MWM_SETFRAME, 0, 0);
@@ -221,11 +231,11 @@ void OnTrackButton(HWND screen, MusicRecord& r, int button) {
 void OnNotify(HWND screen, MusicRecord& r, WPARAM code, HWND sender) {
   if (!sender) return;
   if (sender == r.masterSlider) {
-    OnSliderNotify(r, sender, r.master, r.masterFader, code);
+    OnSliderNotify(screen, r, sender, r.master, r.masterFader, code);
     return;
   }
   if (sender == r.waveSlider) {
-    OnSliderNotify(r, sender, r.wave, r.waveFader, code);
+    OnSliderNotify(screen, r, sender, r.wave, r.waveFader, code);
     return;
   }
   if (code != MWN_CLICKED) return;
@@ -261,11 +271,11 @@ void OnMixerChange(MusicRecord& r, DWORD control) {
   SendMessageA(slider, slide::MWM_SETFRAME, 0, 0);
 }
 
-void PaintTrackFrame(HDC dc, const MusicRecord& r) {
+void PaintTrackFrame(HWND screen, HDC dc, const MusicRecord& r) {
   if (r.markedButton < 1 || r.markedButton > kTrackButtons) return;
   HBRUSH brush = CreateSolidBrush(kHighlightColour);
   if (!brush) return;
-  RECT frame = TrackFrame(r, r.markedButton);
+  RECT frame = TrackFrame(screen, r, r.markedButton);
   for (int i = 0; i < kTrackFrame; ++i) {
     FrameRect(dc, &frame, brush);
     InflateRect(&frame, -1, -1);
@@ -277,9 +287,9 @@ void OnPaint(HWND screen, const MusicRecord& r) {
   PAINTSTRUCT paint;
   HDC dc = BeginPaint(screen, &paint);
   if (dc) {
-    ImageDrawToContext(dc, 0, 0, r.background.Width(), r.background.Height(), r.background.Dib(),
-                       0, 0, kRopSrcCopy);
-    PaintTrackFrame(dc, r);
+    ImageDrawToContext(dc, 0, 0, r.face.width(), r.face.height(), r.face.get(), 0, 0,
+                       kRopSrcCopy);
+    PaintTrackFrame(screen, dc, r);
   }
   EndPaint(screen, &paint);
 }

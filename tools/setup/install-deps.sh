@@ -8,6 +8,7 @@ packages=(
   googletest libgtest-dev libbenchmark-dev
   clang libclang-rt-14-dev
   wine wine64 xvfb xauth xdotool x11-utils
+  pulseaudio pulseaudio-utils
   fonts-wine fonts-liberation
   imagemagick
   libcairo2-dev libimagequant-dev libwebp-dev zlib1g-dev gcompris-qt-data
