@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "graphics/himage_ops.h"
+#include "screens/true_colour.h"
 
 namespace qv {
 namespace {
@@ -18,37 +19,6 @@ constexpr int kTileStep = 80;
 constexpr double kClearXDivisor = 1.34737;
 constexpr double kCloseXDivisor = 1.15732;
 constexpr double kButtonYDivisor = 1.197;
-
-bool Usable(HIMAGE picture) {
-  return picture && (ImageBitCount(picture) == 8 || ImageBitCount(picture) == 24) &&
-         ImageWidth(picture) > 0 && ImageHeight(picture) > 0;
-}
-
-// Copies at most width x height of the picture's top-left to (x, y) of a 24-bit surface, its
-// colours looked up in its own table, clipped to the surface.
-void ExpandInto(HIMAGE surface, int x, int y, HIMAGE picture, int width, int height) {
-  const int left = std::max(0, -x);
-  const int top = std::max(0, -y);
-  const int right = std::min({width, ImageWidth(picture), ImageWidth(surface) - x});
-  const int bottom = std::min({height, ImageHeight(picture), ImageHeight(surface) - y});
-  const bool indexed = ImageBitCount(picture) == 8;
-  const RgbQuad* colours = DibColours(picture);
-  for (int row = top; row < bottom; ++row) {
-    std::uint8_t* to = ImagePixel(surface, x + left, y + row);
-    const std::uint8_t* from = ImagePixel(picture, left, row);
-    for (int column = left; column < right; ++column, to += 3) {
-      if (indexed) {
-        const RgbQuad& c = colours[*from++];
-        to[0] = c.rgbBlue;
-        to[1] = c.rgbGreen;
-        to[2] = c.rgbRed;
-      } else {
-        std::memcpy(to, from, 3);
-        from += 3;
-      }
-    }
-  }
-}
 
 }  // namespace
 
@@ -76,30 +46,17 @@ HonourRowText HonourRow(const HonourRoll& roll, int row) {
 
 bool ComposeHonourBackground(int screenWidth, int screenHeight, HIMAGE tile, HIMAGE title,
                              PackedDib& background) {
-  if (screenWidth < 1 || screenHeight < 1) return false;
-  const std::int64_t pixelBytes = DibRowBytes(screenWidth, 24) * screenHeight;
-  HIMAGE block = PackedDib::AllocateBlock(static_cast<std::size_t>(pixelBytes));
-  if (!block) return false;
-  BitmapInfoHeader header{};
-  header.biSize = kDibHeaderBytes;
-  header.biWidth = screenWidth;
-  header.biHeight = screenHeight;
-  header.biPlanes = 1;
-  header.biBitCount = 24;
-  header.biCompression = kBiRgb;
-  header.biSizeImage = static_cast<std::uint32_t>(pixelBytes);
-  std::memcpy(block, &header, sizeof header);
-  std::memset(DibPixels(block), 0, static_cast<std::size_t>(pixelBytes));
-  background.Adopt(block, kDibPixelOffset + static_cast<std::size_t>(pixelBytes));
+  if (!AllocateTrueColour(screenWidth, screenHeight, background)) return false;
+  HIMAGE block = background.get();
 
   // Each tile is copied 80 x 80 whatever the picture's size: a larger one is cut, a smaller one
   // leaves black between its copies.
-  if (Usable(tile)) {
+  if (UsablePicture(tile)) {
     for (int y = 0; y < screenHeight; y += kTileStep) {
       for (int x = 0; x < screenWidth; x += kTileStep) ExpandInto(block, x, y, tile, kTileStep, kTileStep);
     }
   }
-  if (Usable(title)) {
+  if (UsablePicture(title)) {
     ExpandInto(block, (screenWidth - ImageWidth(title)) / 2, 0, title, ImageWidth(title),
                ImageHeight(title));
   }

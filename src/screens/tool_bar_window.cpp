@@ -5,6 +5,7 @@
 #include "puzzle/puzzle_model.h"
 #include "screens/bar_parts.h"
 #include "screens/honour_window.h"
+#include "screens/music_window.h"
 #include "widgets/widget_classes.h"
 
 namespace qv::bars {
@@ -25,8 +26,7 @@ void OnToolClick(Bar& bar, int index) {
       GiveHint(bar);
       break;
     case kMusicButton:
-      // The music screen comes with its own work; until then the button answers with its
-      // feedback only.
+      OpenMusicScreen(MainWindow());
       break;
     case kHonourButton:
       OpenHonourRoll();

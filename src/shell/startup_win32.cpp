@@ -12,6 +12,7 @@
 #include "core/resource_ids.h"
 #include "screens/bars_window.h"
 #include "screens/honour_window.h"
+#include "screens/music_window.h"
 #include "shell/title_bar.h"
 #include "widgets/widget_classes.h"
 
@@ -48,6 +49,7 @@ void RegisterGameClasses(HINSTANCE instance) {
   RegisterWidgetClasses(instance);
   RegisterLanguageScreenClass(instance);
   RegisterMainWindowClass(instance);
+  RegisterMusicClass(instance);
   RegisterPuzzleWindowClasses(instance);
   RegisterTitleBarClass(instance);
   RegisterNewGameClasses(instance);

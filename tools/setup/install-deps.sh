@@ -8,6 +8,7 @@ packages=(
   googletest libgtest-dev libbenchmark-dev
   clang libclang-rt-14-dev
   wine wine64 xvfb xauth xdotool x11-utils
+  pulseaudio pulseaudio-utils
   fonts-wine fonts-liberation
   imagemagick
   fluidsynth fluid-soundfont-gm

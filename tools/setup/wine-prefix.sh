@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Prepares a Wine prefix for the game: virtual desktop of the given size, real fonts, no sound
-# card noise, and .htm pages opened by the desktop's browser.
+# Prepares a Wine prefix for the game: virtual desktop of the given size, real fonts, sound through
+# PulseAudio, and .htm pages opened by the desktop's browser.
 # Usage: wine-prefix.sh PREFIX WIDTHxHEIGHT [--no-desktop]
 #   --no-desktop: no virtual desktop, every window straight on the X screen (as on a desktop
 #   whose Wine has none configured); tests use it to check the game's own window placement.
@@ -16,7 +16,6 @@ mkdir -p "$prefix"
 if [ ! -f "$prefix/.quorvex-ready" ]; then
   echo "Preparing the Wine prefix in $prefix"
   wine wineboot -i >/dev/null 2>&1 || true
-  wine reg add 'HKCU\Software\Wine\Drivers' /v Audio /d "" /f >/dev/null 2>&1
   fonts="$prefix/drive_c/windows/Fonts"
   mkdir -p "$fonts"
   cp -f /usr/share/wine/fonts/* "$fonts/" 2>/dev/null || true
@@ -24,6 +23,13 @@ if [ ! -f "$prefix/.quorvex-ready" ]; then
     wine reg add 'HKCU\Software\Wine\Fonts\Replacements' /v "${pair%%:*}" /d "${pair#*:}" /f >/dev/null 2>&1
   done
   touch "$prefix/.quorvex-ready"
+fi
+# Sound through Wine's PulseAudio driver: the test command starts a server with a null sink for
+# it, a desktop has its own; with no server to reach Wine simply has no sound device, quietly and
+# without delay. Also done for prefixes prepared before, when sound was switched off.
+if [ ! -f "$prefix/.quorvex-audio-pulse" ]; then
+  wine reg add 'HKCU\Software\Wine\Drivers' /v Audio /d pulse /f >/dev/null 2>&1
+  touch "$prefix/.quorvex-audio-pulse"
 fi
 # Wine's own HTML viewer is left out above, and with it the registration of .htm pages: without
 # it the help page has no program. Wine's browser bridge (htmlfile, which calls xdg-open) hands

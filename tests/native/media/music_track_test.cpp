@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "screens/music_layout.h"
+
 namespace qv {
 namespace {
 
@@ -40,6 +42,43 @@ TEST(MusicTrack, ASpanBeyondTheGamesOwnTracksStillPlaysTheLastOne) {
   EXPECT_EQ(NextOwnTrack(open, 2), 3);
   EXPECT_EQ(NextOwnTrack(open, 3), 4);
   EXPECT_EQ(NextOwnTrack(open, 4), 0);
+}
+
+TEST(MusicTrack, ATrackButtonPlaysItsOwnTrackAndMovesTheHighlight) {
+  // The button numbered k plays track k: index k - 1.
+  TrackChoice choice = ChooseTrackButton(0, 3);
+  EXPECT_TRUE(choice.play);
+  EXPECT_EQ(choice.index, 2);
+  EXPECT_EQ(choice.unmark, 1);  // the first track's button too loses its highlight
+  EXPECT_EQ(choice.mark, 3);
+  // The current track's own button does nothing.
+  choice = ChooseTrackButton(2, 3);
+  EXPECT_FALSE(choice.play);
+  EXPECT_EQ(choice.index, 2);
+  EXPECT_EQ(choice.mark, 0);
+  // Index 4 (the setting "4") has no button to unmark; unknown buttons do nothing.
+  choice = ChooseTrackButton(4, 4);
+  EXPECT_TRUE(choice.play);
+  EXPECT_EQ(choice.unmark, 0);
+  EXPECT_EQ(choice.index, 3);
+  EXPECT_FALSE(ChooseTrackButton(1, 0).play);
+  EXPECT_FALSE(ChooseTrackButton(1, 5).play);
+  EXPECT_EQ(TrackButtonOfIndex(TrackIndexFromSetting("3")), 4);
+  EXPECT_EQ(TrackButtonOfIndex(-1), 0);
+}
+
+TEST(MusicTrack, TheTrackButtonsStandBetweenTheSlidersWithRoomForTheirFrames) {
+  constexpr int kButtonWidth = 40, kButtonHeight = 30, kKnobHalfWidth = 15;
+  for (int button = 1; button <= kTrackButtons; ++button) {
+    const MusicPoint at = TrackButtonAt(button);
+    EXPECT_GE(at.x - kTrackFrame, kMasterSliderTop.x + kKnobHalfWidth);
+    EXPECT_LE(at.x + kButtonWidth + kTrackFrame, kWaveSliderTop.x - kKnobHalfWidth);
+    EXPECT_GE(at.y, kMasterSliderTop.y);
+    EXPECT_LE(at.y + kButtonHeight, kMasterSliderBottom.y);
+    if (button > 1) {
+      EXPECT_GT(at.y - kTrackFrame, TrackButtonAt(button - 1).y + kButtonHeight + kTrackFrame);
+    }
+  }
 }
 
 }  // namespace

