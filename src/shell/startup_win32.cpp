@@ -12,6 +12,7 @@
 #include "core/resource_ids.h"
 #include "screens/bars_window.h"
 #include "screens/honour_window.h"
+#include "screens/video_window.h"
 #include "shell/title_bar.h"
 #include "widgets/widget_classes.h"
 
@@ -55,6 +56,7 @@ void RegisterGameClasses(HINSTANCE instance) {
   RegisterMessageBoxClass(instance);
   RegisterHonourClasses(instance);
   RegisterBarClasses(instance);
+  RegisterVideoClass(instance);
 }
 
 int RunMessageLoop() {
