@@ -255,6 +255,8 @@ TEST(StartupIntroduction, PlaysTheClipThenTheMainWindowFollowsWhenItEnds) {
   }
   HWND main = WaitForWindow(process, "CWNDBACK", 20000);
   EXPECT_TRUE(main) << "no main window after the introduction";
+  // The main window is made while the clip's screen is being destroyed: let it finish going.
+  for (int i = 0; i < 40 && WaitForWindow(process, "CWNDVIDEO", 0); ++i) Sleep(50);
   EXPECT_FALSE(WaitForWindow(process, "CWNDVIDEO", 0));
   if (main) PostMessageA(main, WM_CLOSE, 0, 0);
   EXPECT_EQ(EndGame(process), 0u);

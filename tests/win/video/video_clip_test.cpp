@@ -41,10 +41,12 @@ class PlayWindow {
     wc.hbrBackground = static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH));
     wc.lpszClassName = "QvVideoTestWindow";
     RegisterClassA(&wc);
-    window_ = CreateWindowExA(0, wc.lpszClassName, "clip", WS_POPUP | WS_VISIBLE,
+    // Shown without taking the focus from the window tests that run beside this one.
+    window_ = CreateWindowExA(WS_EX_NOACTIVATE, wc.lpszClassName, "clip", WS_POPUP,
                               (GetSystemMetrics(SM_CXSCREEN) - width) / 2,
                               (GetSystemMetrics(SM_CYSCREEN) - height) / 2, width, height, nullptr, nullptr,
                               wc.hInstance, nullptr);
+    ShowWindow(window_, SW_SHOWNOACTIVATE);
     notified_ = false;
   }
   ~PlayWindow() { DestroyWindow(window_); }
