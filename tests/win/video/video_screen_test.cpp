@@ -1,10 +1,11 @@
 // The video screen over a stand-in main window, with the game's clips and resource file: the
-// presentation in its frame with its buttons, a bare clip ending at a key or a click and giving
-// the music back, and clips that cannot be played refused cleanly.
+// presentation in its frame with its buttons, a bare clip ending at a key, a click or its own end
+// and giving the music back, and clips that cannot be played refused cleanly.
 #include "screens/video_window.h"
 
 #include <windows.h>
 #include <mmsystem.h>
+#include <digitalv.h>
 
 #include <gtest/gtest.h>
 
@@ -264,6 +265,29 @@ TEST(VideoScreen, ABareClipEndsAtOnceAtAKeyOrAClickAndGivesTheMusicBack) {
   EXPECT_TRUE(IsWindowEnabled(MainWindow()));
   EXPECT_EQ(g_closed, 1);
   CloseMusic();
+}
+
+TEST(VideoScreen, TheIntroductionPlaysInTheMiddleOfTheScreenAndEndsByItselfAtItsEnd) {
+  g_closed = 0;
+  const std::string intro = ProgramFolder() + "Video\\2.avi";
+  ASSERT_TRUE(CopyFileA((kDist + "Video\\2.avi").c_str(), intro.c_str(), FALSE));
+  const DWORD start = GetTickCount();
+  HWND screen = OpenVideoScreen(kIntroductionClip, CountClose);
+  ASSERT_TRUE(screen);
+  MCI_DGV_RECT_PARMS where{};
+  EXPECT_EQ(mciSendCommandA(ClipDevice(kIntroductionClip), MCI_WHERE,
+                            MCI_DGV_WHERE_DESTINATION | MCI_WAIT, reinterpret_cast<DWORD_PTR>(&where)), 0u);
+  const VideoRect centred = CentredClip(ScreenWidth(), ScreenHeight(), 320, 240);
+  EXPECT_EQ(where.rc.left, centred.x);
+  EXPECT_EQ(where.rc.top, centred.y);
+  EXPECT_EQ(where.rc.right, 320);  // MCI's rectangles hold the width and height there
+  EXPECT_EQ(where.rc.bottom, 240);
+  // 84 frames at 12 a second.
+  while (IsWindow(screen) && GetTickCount() - start < 30000) Pump(50);
+  EXPECT_FALSE(IsWindow(screen));
+  EXPECT_GE(GetTickCount() - start, 7000u * 8 / 10) << "the clip ended early";
+  EXPECT_EQ(g_closed, 1);
+  DeleteFileA(intro.c_str());
 }
 
 TEST(VideoScreen, AClipThatCannotPlayOpensNothingAndLeavesTheMusicPlaying) {
