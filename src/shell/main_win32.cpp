@@ -1,5 +1,5 @@
 // WinMain: the display checks, the sounds, the program folder, the classes, the resource file,
-// the main window and the message loop, in that order.
+// the introduction (then the main window) and the message loop, in that order.
 #include <windows.h>
 
 #include <cstdlib>
@@ -12,6 +12,8 @@
 #include "system/debug_output.h"
 #include "shell/main_window.h"
 #include "core/resource_ids.h"
+#include "screens/video_layout.h"
+#include "screens/video_window.h"
 #include "shell/shell_layout.h"
 #include "shell/startup_win32.h"
 #include "system/random.h"
@@ -56,6 +58,13 @@ bool EnoughPictures() {
   return pictures.Build((qv::ProgramFolder() + "Image\\*.bmp").c_str()) && pictures.Count() >= 5;
 }
 
+// The main window follows the introduction however it ends; a main window that cannot be made
+// ends the program rather than leaving it running with no window at all.
+void CreateMainWindowOnce() {
+  if (qv::MainWindow()) return;
+  if (!qv::CreateMainWindow(GetModuleHandleA(nullptr))) PostQuitMessage(1);
+}
+
 // What the game can say before any window of its own exists: the refusal dialog, which ends the
 // program when it is closed.
 int Refuse(HINSTANCE instance, UINT stringBase) {
@@ -79,7 +88,9 @@ int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int) {
   if (!ResourceFileUsable()) return Refuse(instance, IDS_NO_RESOURCE_FILE);
   if (!EnoughPictures()) return Refuse(instance, IDS_TOO_FEW_PICTURES);
 
-  // The introduction clip will play here and create the main window when it ends.
-  if (!qv::CreateMainWindow(instance)) return 1;
+  // Without the introduction (no clip, no MCI) the main window comes at once.
+  if (!qv::OpenVideoScreen(qv::kIntroductionClip, CreateMainWindowOnce)) {
+    if (!qv::CreateMainWindow(instance)) return 1;
+  }
   return qv::RunMessageLoop();
 }

@@ -13,6 +13,7 @@
 #include "screens/bars_window.h"
 #include "screens/honour_window.h"
 #include "screens/music_window.h"
+#include "screens/video_window.h"
 #include "shell/title_bar.h"
 #include "widgets/widget_classes.h"
 
@@ -57,6 +58,7 @@ void RegisterGameClasses(HINSTANCE instance) {
   RegisterMessageBoxClass(instance);
   RegisterHonourClasses(instance);
   RegisterBarClasses(instance);
+  RegisterVideoClass(instance);
 }
 
 int RunMessageLoop() {

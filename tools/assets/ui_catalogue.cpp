@@ -19,6 +19,7 @@
 #include "assets/ui_buttons.h"
 #include "assets/ui_panels.h"
 #include "assets/ui_words.h"
+#include "screens/video_layout.h"
 
 namespace qv::assets {
 
@@ -158,7 +159,7 @@ std::vector<UiPicture> BuildCatalogue() {
   c.push_back(Anim10(257, S::kBars, 70, Icon::kOpenFolder));
   c.push_back(Anim10(258, S::kBars, 70, Icon::kSaveBox));
   // Video frame and information screen.
-  c.push_back(Plain(162, S::kVideoInfo, 480, 470, [] { return VideoFrame(); }));
+  c.push_back(Plain(162, S::kVideoInfo, kVideoFrameWidth, kVideoFrameHeight, [] { return VideoFrame(); }));
   c.push_back(Push(163, S::kVideoInfo, 70, 40, [] { return IconPush(70, 40, Icon::kCross, Backdrop::kWood); }));
   c.push_back(Push(167, S::kVideoInfo, 70, 40, [] { return IconPush(70, 40, Icon::kReplay, Backdrop::kWood); }));
   c.push_back(Push(165, S::kVideoInfo, 70, 40, [] { return IconPush(70, 40, Icon::kGlobe, Backdrop::kWood); }));

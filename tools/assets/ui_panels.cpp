@@ -7,6 +7,7 @@
 
 #include "assets/textures.h"
 #include "assets/ui_icons.h"
+#include "screens/video_layout.h"
 
 namespace qv::assets {
 namespace {
@@ -124,13 +125,32 @@ RgbImage NewGameBackground() {
   });
 }
 
+// The presentation plays in the frame's window; the three buttons sit in sockets below it, where
+// the video screen puts them (both take the places from the screen's own layout).
 RgbImage VideoFrame() {
-  return Draw(480, 470, [](cairo_t* cr) {
-    ScreenFrame(cr, 480, 470, 1);
-    BrassRim(cr, {16, 16, 448, 380}, 6, 5);
-    cairo_rectangle(cr, 21, 21, 438, 370);
+  return Draw(kVideoFrameWidth, kVideoFrameHeight, [](cairo_t* cr) {
+    ScreenFrame(cr, kVideoFrameWidth, kVideoFrameHeight, 1);
+    const Box window{static_cast<double>(kVideoFrameWindow.x),
+                     static_cast<double>(kVideoFrameWindow.y),
+                     static_cast<double>(kVideoFrameWindow.width),
+                     static_cast<double>(kVideoFrameWindow.height)};
+    const std::string title = "Quorvex Puzzle";
+    const FittedText fit = FitText(cr, title, {window.x, 12, window.w, window.y - 24}, 0, 30);
+    if (fit.size > 0) DrawFittedText(cr, title, fit, ui::kBrassLight, true);
+    BrassRim(cr, {window.x - 5, window.y - 5, window.w + 10, window.h + 10}, 6, 5);
+    cairo_rectangle(cr, window.x, window.y, window.w, window.h);
     SetShade(cr, {0.02, 0.02, 0.02});
     cairo_fill(cr);
+    Recess(cr, window);
+    const double rule = window.y + window.h + 18;
+    cairo_rectangle(cr, 16, rule, kVideoFrameWidth - 32, 2);
+    SetShade(cr, ui::kBrassDark, 0.8);
+    cairo_fill(cr);
+    for (const VideoPoint at : {kVideoCloseAt, kVideoReplayAt, kVideoWebSiteAt}) {
+      RoundedRectPath(cr, {at.x - 3.0, at.y - 3.0, 76, 46}, 8);
+      SetShade(cr, ui::kShadow, 0.55);
+      cairo_fill(cr);
+    }
   });
 }
 

@@ -20,7 +20,7 @@
 
 namespace qv {
 
-std::string DistFolder();  // startup_refusal_test.cpp
+std::string DistFolder();  // startup_test.cpp
 
 namespace {
 

@@ -8,6 +8,7 @@
 #include "assets/avi_file.h"
 #include "assets/quantize.h"
 #include "assets/video_clips.h"
+#include "screens/video_layout.h"
 
 namespace qv::assets {
 namespace {
@@ -186,9 +187,9 @@ TEST(VideoClips, FitTheirPlacesAndStayUnderTwentyMegabytesTogether) {
   const double seconds = static_cast<double>(intro.frameCount) / intro.framesPerSecond;
   EXPECT_GE(seconds, 5.0);
   EXPECT_LE(seconds, 10.0);
-  // Clip 0 plays inside the dark screen of the video frame picture: 438 x 370 pixels.
-  EXPECT_LE(VideoClipFormat(0).width, 438);
-  EXPECT_LE(VideoClipFormat(0).height, 370);
+  // Clip 0 fills the window of the video frame picture exactly.
+  EXPECT_EQ(VideoClipFormat(0).width, kVideoFrameWindow.width);
+  EXPECT_EQ(VideoClipFormat(0).height, kVideoFrameWindow.height);
   EXPECT_EQ(VideoClipFormat(3).frameCount, 0);
   EXPECT_TRUE(DrawVideoFrame(2, VideoClipFormat(2).frameCount).pixels.empty());
 }
