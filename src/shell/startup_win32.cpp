@@ -12,6 +12,7 @@
 #include "core/resource_ids.h"
 #include "screens/bars_window.h"
 #include "screens/honour_window.h"
+#include "screens/info_window.h"
 #include "shell/title_bar.h"
 #include "widgets/widget_classes.h"
 
@@ -54,6 +55,7 @@ void RegisterGameClasses(HINSTANCE instance) {
   RegisterFileScreenClasses(instance);
   RegisterMessageBoxClass(instance);
   RegisterHonourClasses(instance);
+  RegisterInfoClasses(instance);
   RegisterBarClasses(instance);
 }
 
