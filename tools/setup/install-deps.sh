@@ -10,6 +10,7 @@ packages=(
   wine wine64 xvfb xauth xdotool x11-utils
   fonts-wine fonts-liberation
   imagemagick
+  cups printer-driver-cups-pdf poppler-utils
   libcairo2-dev libimagequant-dev libwebp-dev zlib1g-dev gcompris-qt-data
 )
 

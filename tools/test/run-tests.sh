@@ -15,6 +15,10 @@ done
 echo "subdirs(${trees[*]})" > "$build/CTestTestfile.cmake"
 
 export WINEPREFIX=$build/wine-test WINEDEBUG=-all
+# A CUPS-PDF default printer for the printing test, where this machine can run one.
+if bash "$here/tools/test/cups-server.sh" start "$build/cups" >/dev/null; then
+  export "$(bash "$here/tools/test/cups-server.sh" env "$build/cups")" QV_PRINT_OUTPUT=$HOME/PDF
+fi
 # A Wine server kept alive for the whole run makes each Windows test start in milliseconds.
 status=0
 xvfb-run -a -s "-screen 0 1024x768x24" bash -c '
@@ -28,6 +32,7 @@ xvfb-run -a -s "-screen 0 1024x768x24" bash -c '
   wineserver -k || true
   exit $status
 ' "$build" || status=$?
+bash "$here/tools/test/cups-server.sh" stop "$build/cups"
 
 # After CTest's own summary: how long each build tree took (its last build) and each label ran.
 echo
