@@ -24,9 +24,9 @@ constexpr std::uint32_t kEmblem = 262;
 constexpr int kCell = 44;
 // The art is 320 x 140: the row of five cells, 50 apart, sits along the parchment's foot,
 // with the emblem and the line above it.
-constexpr int kFirstCellX = 38, kCellStep = 50, kCellY = 78;
-constexpr int kEmblemX = 24, kEmblemY = 16;
-constexpr RECT kLineBox{96, 24, 300, 74};
+constexpr int kFirstCellX = 48, kCellStep = 50, kCellY = 81;
+constexpr int kEmblemX = 20, kEmblemY = 15;
+constexpr RECT kLineBox{100, 38, 300, 78};
 constexpr COLORREF kInk = RGB(72, 44, 20);
 constexpr DWORD kStyle = WS_POPUP | WS_VISIBLE | WS_DLGFRAME;
 
