@@ -12,6 +12,7 @@
 #include "puzzle/puzzle_windows.h"
 #include "core/app.h"
 #include "screens/bars_window.h"
+#include "screens/info_window.h"
 #include "shell/game_hooks.h"
 #include "shell/shell_layout.h"
 #include "shell/title_bar.h"
@@ -130,8 +131,7 @@ void OnNotify(HWND window, WPARAM code, LPARAM lParam) {
   HWND sender = reinterpret_cast<HWND>(lParam);
   MainRecord* r = RecordOf<MainRecord>(window);
   if (r && sender == r->infoButton) {
-    // The information screen joins the game with the accessory screens; until then the
-    // button only answers with its click.
+    OpenInfoScreen();
     return;
   }
   const int id = GetDlgCtrlID(sender);

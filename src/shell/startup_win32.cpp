@@ -14,6 +14,7 @@
 #include "screens/honour_window.h"
 #include "screens/music_window.h"
 #include "screens/video_window.h"
+#include "screens/info_window.h"
 #include "shell/title_bar.h"
 #include "widgets/widget_classes.h"
 
@@ -57,6 +58,7 @@ void RegisterGameClasses(HINSTANCE instance) {
   RegisterFileScreenClasses(instance);
   RegisterMessageBoxClass(instance);
   RegisterHonourClasses(instance);
+  RegisterInfoClasses(instance);
   RegisterBarClasses(instance);
   RegisterVideoClass(instance);
 }

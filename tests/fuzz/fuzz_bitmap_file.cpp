@@ -1,4 +1,5 @@
-// libFuzzer target: any bytes as a .bmp file, through every BitmapFile read.
+// libFuzzer target: any bytes as a .bmp file, through every BitmapFile read and the print job's
+// check of a picture to print.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -7,6 +8,7 @@
 #include <vector>
 
 #include "graphics/bitmap_file.h"
+#include "screens/print_layout.h"
 #include "system/assert.h"
 
 namespace {
@@ -74,5 +76,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   qv::BitmapFile file;
   if (file.OpenBytes({data, size})) Exercise(file);
   file.Close();
+  // An accepted picture's bands must lie inside the bytes, as the job reads them from the file.
+  qv::PrintablePicture picture;
+  if (qv::CheckPrintablePicture(data, size, size, picture)) {
+    const std::uint64_t rows = static_cast<std::uint64_t>(picture.height) / 5 * 5;
+    if (picture.pixelOffset + picture.stride * rows > size) std::abort();
+  }
   return 0;
 }

@@ -12,6 +12,7 @@ packages=(
   fonts-wine fonts-liberation
   imagemagick
   fluidsynth fluid-soundfont-gm
+  cups printer-driver-cups-pdf poppler-utils
   libcairo2-dev libimagequant-dev libwebp-dev zlib1g-dev gcompris-qt-data
 )
 

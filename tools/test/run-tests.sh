@@ -19,6 +19,10 @@ export WINEPREFIX=$build/wine-test WINEDEBUG=-all
 if bash "$here/tools/test/pulse-server.sh" start "$build/pulse" >/dev/null; then
   export $(bash "$here/tools/test/pulse-server.sh" env "$build/pulse")
 fi
+# A CUPS-PDF default printer for the printing test, where this machine can run one.
+if bash "$here/tools/test/cups-server.sh" start "$build/cups" >/dev/null; then
+  export "$(bash "$here/tools/test/cups-server.sh" env "$build/cups")" QV_PRINT_OUTPUT=$HOME/PDF
+fi
 # A Wine server kept alive for the whole run makes each Windows test start in milliseconds.
 status=0
 xvfb-run -a -s "-screen 0 1024x768x24" bash -c '
@@ -33,6 +37,7 @@ xvfb-run -a -s "-screen 0 1024x768x24" bash -c '
   exit $status
 ' "$build" || status=$?
 bash "$here/tools/test/pulse-server.sh" stop "$build/pulse"
+bash "$here/tools/test/cups-server.sh" stop "$build/cups"
 
 # After CTest's own summary: how long each build tree took (its last build) and each label ran.
 echo
