@@ -174,7 +174,10 @@ void CreateTrackButtons(HWND screen, MusicRecord& r) {
   }
 }
 
+// The setting gives the track the screen starts from. While music is open the current track is
+// the one the player chose and hears, so the screen shows that one instead.
 void ReadTrackSetting() {
+  if (MusicDevice() != 0) return;
   char text[6] = {};
   GetPrivateProfileStringA("Quorvex", "Track", "0", text, sizeof text, "Quorvex.INI");
   SetCurrentTrack(TrackIndexFromSetting(text));

@@ -127,9 +127,13 @@ void PrintBands(const PrintResources& r, HWND wait, const std::uint8_t* head,
   }
 }
 
+// The interface's cream lettering is made for dark screens and all but vanishes on white paper;
+// the page is printed in the dark brown ink of the information screen's parchment instead.
+constexpr COLORREF kPrintInk = RGB(72, 44, 20);
+
 void PrintText(HDC printer, const std::string& text, int height, const PrintRect& box) {
   if (text.empty()) return;
-  DrawWrappedText(printer, text.c_str(), "Arial", 400, height, kInterfaceTextColour, false, 0, 0,
+  DrawWrappedText(printer, text.c_str(), "Arial", 400, height, kPrintInk, false, 0, 0,
                   box.x, box.y, box.width, box.height);
 }
 

@@ -111,6 +111,13 @@ for i in range(5):
     if right > 30 or right * 1.5 + 5 > wrong:
         failures.append(f"band {i} does not show its rows of the picture")
 
+# The description under the picture is printed in an ink that reads on white paper.
+picture_bottom = max(b[1] + b[3] for b in bands)
+dark = sum(max(pixel(x, y)) < 170 for y in range(picture_bottom + 5, bottom[1] - 5, 3)
+           for x in range(0, W, 3))
+if dark < 20:
+    failures.append(f"the description is too pale to read ({dark} dark pixels)")
+
 text = " ".join(open(text_file, encoding="utf-8", errors="replace").read().split())
 name = fields["name"]
 opening = " ".join(fields["description"].split()[:6])

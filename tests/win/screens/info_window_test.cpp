@@ -6,10 +6,11 @@
 #include <gtest/gtest.h>
 #include <winspool.h>
 
+#include <cstdint>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
-#include <set>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -154,14 +155,19 @@ TEST(Printing, WithoutAPrinterNothingIsPrintedAndNothingIsSaid) {
   CloseAndWait(screen);
 }
 
-std::set<std::string> PdfFiles(const std::string& folder) {
-  std::set<std::string> names;
+// The PDF files with their last write times: a fresh printer server numbers its jobs from 1
+// again, so a new page may come under the name of an old one.
+std::map<std::string, std::uint64_t> PdfFiles(const std::string& folder) {
+  std::map<std::string, std::uint64_t> files;
   WIN32_FIND_DATAA found;
   HANDLE search = FindFirstFileA((folder + "\\*.pdf").c_str(), &found);
-  if (search == INVALID_HANDLE_VALUE) return names;
-  do names.insert(found.cFileName); while (FindNextFileA(search, &found));
+  if (search == INVALID_HANDLE_VALUE) return files;
+  do {
+    files[found.cFileName] =
+        (std::uint64_t{found.ftLastWriteTime.dwHighDateTime} << 32) | found.ftLastWriteTime.dwLowDateTime;
+  } while (FindNextFileA(search, &found));
   FindClose(search);
-  return names;
+  return files;
 }
 
 std::string WineName(std::string unixPath) {
@@ -192,7 +198,7 @@ TEST(Printing, ThePrintButtonPrintsOnePageOnTheDefaultPrinter) {
   DeleteFileA("print-result.txt");
   if (!PdfFolder()) GTEST_SKIP() << "no printer: QV_PRINT_OUTPUT is not set";
   const std::string folder = WineName(PdfFolder());
-  const std::set<std::string> before = PdfFiles(folder);
+  const std::map<std::string, std::uint64_t> before = PdfFiles(folder);
   int width = 0, height = 0;
   ASSERT_TRUE(PageSize(width, height));
   constexpr int kPicture = 3;  // Image\4.bmp
@@ -206,8 +212,9 @@ TEST(Printing, ThePrintButtonPrintsOnePageOnTheDefaultPrinter) {
   std::string printed;
   for (int waited = 0; waited < 60000 && printed.empty(); waited += 250) {
     Pump(250);
-    for (const std::string& name : PdfFiles(folder)) {
-      if (!before.count(name)) printed = name;
+    for (const auto& [name, written] : PdfFiles(folder)) {
+      const auto old = before.find(name);
+      if (old == before.end() || old->second != written) printed = name;
     }
   }
   ASSERT_FALSE(printed.empty()) << "no PDF appeared in " << folder;

@@ -13,12 +13,13 @@ namespace qv::test {
 // Runs the message loop (with the child-character rule) for about ms milliseconds.
 void Pump(int ms);
 
-// Pumps until the condition holds (at most 1.5 s), then a little more for what follows it.
+// Pumps until the condition holds (at most limitMs, 1.5 s unless told), then a little more for
+// what follows it.
 template <class Condition>
-bool PumpUntil(Condition&& done) {
+bool PumpUntil(Condition&& done, DWORD limitMs = 1500) {
   const DWORD start = GetTickCount();
   while (!done()) {
-    if (GetTickCount() - start > 1500) return false;
+    if (GetTickCount() - start > limitMs) return false;
     Pump(5);
   }
   Pump(30);
