@@ -344,8 +344,15 @@ HWND OpenVideoScreen(int clip, void (*whenClosed)()) {
   HWND owner = GetActiveWindow();
   if (!owner) owner = MainWindow();
   OpenRequest request{clip, whenClosed};
-  return OpenCentredScreen(kVideoClass, kScreenStyle, ScreenWidth(), ScreenHeight(), owner,
-                           &request);
+  HWND screen = OpenCentredScreen(kVideoClass, kScreenStyle, ScreenWidth(), ScreenHeight(), owner,
+                                  &request);
+  // Disabling the owner does not hand the keyboard over: the clip takes it, so that a key ends a
+  // bare clip and Escape closes the presentation.
+  if (screen) {
+    SetForegroundWindow(screen);
+    SetFocus(screen);
+  }
+  return screen;
 }
 
 }  // namespace qv
