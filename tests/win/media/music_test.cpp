@@ -216,43 +216,56 @@ TEST(MusicWithoutSound, TheScreenOpensWithBothSlidersAtFiftyAndCloses) {
 // ---- With the sound server ----------------------------------------------------------------------
 
 // Records the sink's monitor (the default source of a server whose only sink is the null sink)
-// for a while and gives the loudness of what was played, as the root mean square of the samples.
-// The first 200 ms are left out: the stream starts with what was buffered before the change.
-double RecordedLoudness(int ms) {
-  // The sink's monitor, in the sink's own format.
-  UINT device = WAVE_MAPPER;
-  for (UINT i = 0; i < waveInGetNumDevs(); ++i) {
-    WAVEINCAPSA caps{};
-    if (waveInGetDevCapsA(i, &caps, sizeof caps) == MMSYSERR_NOERROR &&
-        std::string(caps.szPname).find("Monitor") != std::string::npos) {
-      device = i;
+// and gives the loudness of what was played, as the root mean square of the samples. Recording
+// stays open from one measure to the next: its start takes a second or two.
+class Monitor {
+ public:
+  Monitor() {
+    UINT device = WAVE_MAPPER;
+    for (UINT i = 0; i < waveInGetNumDevs(); ++i) {
+      WAVEINCAPSA caps{};
+      if (waveInGetDevCapsA(i, &caps, sizeof caps) == MMSYSERR_NOERROR &&
+          std::string(caps.szPname).find("Monitor") != std::string::npos) {
+        device = i;
+      }
     }
+    // The sink's own format.
+    WAVEFORMATEX format{WAVE_FORMAT_PCM, 2, kRate, kRate * 4, 4, 16, 0};
+    if (waveInOpen(&in_, device, &format, 0, 0, CALLBACK_NULL) != MMSYSERR_NOERROR) in_ = nullptr;
+    if (in_) waveInStart(in_);
   }
-  constexpr int kSinkRate = 44100;
-  constexpr int kSkippedMs = 200;
-  WAVEFORMATEX format{WAVE_FORMAT_PCM, 2, kSinkRate, kSinkRate * 4, 4, 16, 0};
-  HWAVEIN in = nullptr;
-  if (waveInOpen(&in, device, &format, 0, 0, CALLBACK_NULL) != MMSYSERR_NOERROR) return -2;
-  std::vector<std::int16_t> samples(static_cast<std::size_t>(kSinkRate) * 2 *
-                                    (kSkippedMs + ms) / 1000);
-  WAVEHDR header{};
-  header.lpData = reinterpret_cast<LPSTR>(samples.data());
-  header.dwBufferLength = static_cast<DWORD>(samples.size() * 2);
-  waveInPrepareHeader(in, &header, sizeof header);
-  waveInAddBuffer(in, &header, sizeof header);
-  waveInStart(in);
-  // The first recording of a run may take a second or two to start.
-  const DWORD start = GetTickCount();
-  while ((header.dwFlags & WHDR_DONE) == 0 && GetTickCount() - start < 5000) Pump(5);
-  waveInReset(in);
-  waveInUnprepareHeader(in, &header, sizeof header);
-  waveInClose(in);
-  const std::size_t count = header.dwBytesRecorded / 2;
-  const std::size_t first = static_cast<std::size_t>(kSinkRate) * 2 * kSkippedMs / 1000;
-  double sum = 0;
-  for (std::size_t i = first; i < count; ++i) sum += double(samples[i]) * samples[i];
-  return count > first ? std::sqrt(sum / (count - first)) : -1;
-}
+  ~Monitor() {
+    if (!in_) return;
+    waveInReset(in_);
+    waveInClose(in_);
+  }
+  // The loudness over the next while; the first 200 ms are left out, as what was buffered
+  // before the last change may still come through. Negative when nothing could be recorded.
+  double Loudness(int ms) {
+    if (!in_) return -2;
+    constexpr int kSkippedMs = 200;
+    std::vector<std::int16_t> samples(static_cast<std::size_t>(kRate) * 2 * (kSkippedMs + ms) /
+                                      1000);
+    WAVEHDR header{};
+    header.lpData = reinterpret_cast<LPSTR>(samples.data());
+    header.dwBufferLength = static_cast<DWORD>(samples.size() * 2);
+    waveInPrepareHeader(in_, &header, sizeof header);
+    waveInAddBuffer(in_, &header, sizeof header);
+    const DWORD start = GetTickCount();
+    while ((header.dwFlags & WHDR_DONE) == 0 && GetTickCount() - start < 5000) Pump(5);
+    if ((header.dwFlags & WHDR_DONE) == 0) return -1;
+    waveInUnprepareHeader(in_, &header, sizeof header);
+    const std::size_t count = header.dwBytesRecorded / 2;
+    const std::size_t first = static_cast<std::size_t>(kRate) * 2 * kSkippedMs / 1000;
+    double sum = 0;
+    for (std::size_t i = first; i < count; ++i) sum += double(samples[i]) * samples[i];
+    return count > first ? std::sqrt(sum / (count - first)) : -1;
+  }
+
+ private:
+  static constexpr int kRate = 44100;
+  HWAVEIN in_ = nullptr;
+};
 
 // Pumps messages until the condition holds or the time is up; false when it is up. A track's end
 // comes after the track's second plus the sound server's start-up, more than PumpUntil allows.
@@ -366,21 +379,22 @@ TEST_F(MusicWithSound, TheMasterSliderSetsTheVolumeThatReachesTheSinkAndFollowsO
   const int button = CurrentTrack() == 0 ? 2 : 1;
   test::Click(s.tracks[button - 1]);
   ASSERT_TRUE(PumpUntil([&] { return OwnTrackPlaying() == button; }));
-  const double full = RecordedLoudness(300);
+  Monitor monitor;
+  const double full = monitor.Loudness(300);
   EXPECT_GT(full, 1000.0);
 
   // Down to the bottom: the fader at zero and silence at the sink.
   DragMaster(s, kMasterSliderTop.y + 1, kMasterSliderBottom.y + 30);
   EXPECT_EQ(SliderValue(s.master), 0);
   EXPECT_EQ(MasterFromOutside(), 0u);
-  const double silent = RecordedLoudness(300);
+  const double silent = monitor.Loudness(300);
   EXPECT_LT(silent, full / 20);
   // Half way: the fader at the slider's percentage and about half the amplitude.
   DragMaster(s, kMasterSliderBottom.y, (kMasterSliderTop.y + kMasterSliderBottom.y) / 2);
   const int half = SliderValue(s.master);
   EXPECT_NEAR(half, 50, 3);
   EXPECT_NEAR(MasterFromOutside() * 100.0 / 65535, half, 1);
-  const double halfway = RecordedLoudness(300);
+  const double halfway = monitor.Loudness(300);
   EXPECT_NEAR(halfway / full, half / 100.0, 0.1);
 
   // A quarter from outside: the slider stays until the screen is told, then follows (the fader
@@ -391,7 +405,7 @@ TEST_F(MusicWithSound, TheMasterSliderSetsTheVolumeThatReachesTheSinkAndFollowsO
   EXPECT_EQ(SliderValue(s.master), half);
   PostMessageA(s.window, MM_MIXM_CONTROL_CHANGE, 0, static_cast<LPARAM>(master));
   EXPECT_TRUE(PumpUntil([&] { return SliderValue(s.master) == 20; })) << SliderValue(s.master);
-  const double quarter = RecordedLoudness(300);
+  const double quarter = monitor.Loudness(300);
   EXPECT_NEAR(quarter / full, 0.25, 0.1);
   std::printf("loudness at the sink: full %.0f, slider at 0 %.0f, at %d %.0f, a quarter %.0f\n",
               full, silent, half, halfway, quarter);
