@@ -32,6 +32,10 @@ bool FetchFader(DWORD controlId, MIXERCONTROLA& control) {
       MMSYSERR_NOERROR) {
     return false;
   }
+  // The identifier asked for is the control meant: some mixers (Wine's) describe the right
+  // control but give back another one's identifier, whose value then reads as zero and ignores
+  // what is set.
+  control.dwControlID = controlId;
   return (control.dwControlType & MIXERCONTROL_CT_CLASS_MASK) == MIXERCONTROL_CT_CLASS_FADER;
 }
 

