@@ -267,9 +267,6 @@ class Monitor {
   HWAVEIN in_ = nullptr;
 };
 
-  return true;
-}
-
 class MusicWithSound : public ::testing::Test {
  protected:
   void SetUp() override {
