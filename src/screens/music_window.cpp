@@ -113,6 +113,49 @@ void ShowIndicator(HWND screen, MusicRecord& r, Indicator& indicator, int frame)
   InvalidateRect(screen, &area, FALSE);
 }
 
+struct Rgb {
+  int red, green, blue;
+};
+
+// Writes one pixel of the loaded background, in whatever colour of its table comes nearest when
+// the picture has one.
+void PutBackgroundPixel(HIMAGE image, int x, int y, Rgb colour) {
+  if (x < 0 || y < 0 || x >= ImageWidth(image) || y >= ImageHeight(image)) return;
+  std::uint8_t* pixel = ImagePixel(image, x, y);
+  if (ImageBytesPerPixel(image) == 3) {
+    pixel[0] = static_cast<std::uint8_t>(colour.blue);
+    pixel[1] = static_cast<std::uint8_t>(colour.green);
+    pixel[2] = static_cast<std::uint8_t>(colour.red);
+    return;
+  }
+  const RgbQuad* table = DibColours(image);
+  const int used = DibHeader(image)->biClrUsed ? static_cast<int>(DibHeader(image)->biClrUsed) : 256;
+  int best = 0, bestDistance = 1 << 30;
+  for (int i = 0; i < used && i < 256; ++i) {
+    const int dr = table[i].rgbRed - colour.red, dg = table[i].rgbGreen - colour.green,
+              db = table[i].rgbBlue - colour.blue;
+    const int distance = dr * dr + dg * dg + db * db;
+    if (distance < bestDistance) best = i, bestDistance = distance;
+  }
+  *pixel = static_cast<std::uint8_t>(best);
+}
+
+// The background shares its picture with the language screen and has no slots for the sliders;
+// without one a knob floats on the parchment. A sunken groove along each slider's run shows
+// where it moves. It goes into the loaded picture, which the sliders repaint from.
+void CarveSliderGroove(HIMAGE image, MusicPoint top, MusicPoint bottom) {
+  constexpr Rgb kShadow{84, 56, 30}, kFloor{150, 118, 80}, kLight{250, 240, 218};
+  const int y0 = top.y - 6, y1 = bottom.y + 6;
+  for (int y = y0; y <= y1; ++y) {
+    const bool edge = y == y0 || y == y1;
+    PutBackgroundPixel(image, top.x - 3, y, kShadow);
+    for (int x = top.x - 2; x <= top.x + 2; ++x) {
+      PutBackgroundPixel(image, x, y, edge ? (y == y0 ? kShadow : kLight) : kFloor);
+    }
+    PutBackgroundPixel(image, top.x + 3, y, kLight);
+  }
+}
+
 bool ComposeFace(MusicRecord& r) {
   if (!ExpandToTrueColour(r.background.Dib(), r.base)) return false;
   ControlDC title;
@@ -187,7 +230,10 @@ LRESULT OnCreate(HWND screen) {
   MusicRecord* r = CreateRecord<MusicRecord>(screen);
   if (!r) return -1;
   // Without its background the screen cannot be shown; WM_DESTROY frees the record.
-  if (!r->background.LoadById(kBackgroundImage) || !ComposeFace(*r)) return -1;
+  if (!r->background.LoadById(kBackgroundImage)) return -1;
+  CarveSliderGroove(r->background.Dib(), kMasterSliderTop, kMasterSliderBottom);
+  CarveSliderGroove(r->background.Dib(), kWaveSliderTop, kWaveSliderBottom);
+  if (!ComposeFace(*r)) return -1;
   FindFaders(screen, *r);
   r->master.strip.LoadById(kMasterStrip);
   r->master.at = kMasterIndicatorAt;
