@@ -49,6 +49,13 @@ struct CutPlan {
   // For pieces on the border: which of the five labels of die cell (p, q) each cell pixel
   // holds (kOwn ... kLeft), or kOther.
   EngineArray<std::uint8_t> labelClass;
+  // Without the tables: the same classes as runs, per die cell (p, q) and cell row y (row
+  // (p * dc + q) * H + y), for the die cells the grid uses. Row r's runs are classRunFirst[r]
+  // up to classRunFirst[r + 1], each ending (exclusive) at classRunEnd. A die row is a few runs
+  // long, so the pixel loop copies or clears whole runs instead of reading the die per pixel.
+  EngineArray<std::int32_t> classRunFirst;
+  EngineArray<std::int32_t> classRunEnd;
+  EngineArray<std::uint8_t> classRunClass;
   // Scaled picture rows as atlas words, kept in a ring of ringRows slots (slot py mod ringRows,
   // with the row each slot holds): a row of pieces needs H rows, and the next row of pieces
   // reuses most of them. The ring is kept small beside the atlas for coarse grids.
@@ -107,6 +114,39 @@ LabelClass ClassOf(int d, const PieceLabels& l) {
 
 const std::uint8_t* DieLine(const CutPlan& plan, std::int32_t dieTop) {
   return plan.die + static_cast<std::int64_t>(plan.dieHeight - 1 - dieTop) * plan.dieWidth;
+}
+
+// Counts the runs (fill false) or records them (fill true) for every die cell the grid uses.
+std::size_t BuildClassRuns(CutPlan& plan, bool fill) {
+  const auto W = static_cast<std::size_t>(plan.W);
+  const auto H = static_cast<std::size_t>(plan.H);
+  std::size_t runs = 0;
+  for (std::int32_t p = 0; p < plan.dr; ++p) {
+    for (std::int32_t q = 0; q < plan.dc; ++q) {
+      const bool used = p < plan.NR && q < plan.NC;
+      const PieceLabels l = LabelsFor(plan, p, q);
+      const std::int32_t* dieIndex = plan.dieIndex.data() + q * W;
+      for (std::size_t y = 0; y < H; ++y) {
+        const std::size_t row = static_cast<std::size_t>(p * plan.dc + q) * H + y;
+        if (fill) plan.classRunFirst[row] = static_cast<std::int32_t>(runs);
+        if (!used) continue;
+        const std::uint8_t* dieLine = DieLine(plan, plan.dieRow[y] + p * kDieCell);
+        LabelClass current = ClassOf(dieLine[dieIndex[0]], l);
+        for (std::size_t x = 1; x <= W; ++x) {
+          const LabelClass next = x < W ? ClassOf(dieLine[dieIndex[x]], l) : kOther;
+          if (x < W && next == current) continue;
+          if (fill) {
+            plan.classRunEnd[runs] = static_cast<std::int32_t>(x);
+            plan.classRunClass[runs] = current;
+          }
+          ++runs;
+          current = next;
+        }
+      }
+    }
+  }
+  if (fill) plan.classRunFirst[static_cast<std::size_t>(plan.dr * plan.dc) * H] = static_cast<std::int32_t>(runs);
+  return runs;
 }
 
 bool BuildMaps(CutPlan& plan, std::int32_t sw, double scale) {
@@ -189,6 +229,14 @@ bool BuildMaps(CutPlan& plan, std::int32_t sw, double scale) {
       }
     }
   }
+  if (!plan.useTables) {
+    const std::size_t runs = BuildClassRuns(plan, false);
+    if (!plan.classRunFirst.Allocate(cells * H + 1) || !plan.classRunEnd.Allocate(runs) ||
+        !plan.classRunClass.Allocate(runs)) {
+      return false;
+    }
+    BuildClassRuns(plan, true);
+  }
   for (std::int32_t slot = 0; slot < plan.ringRows; ++slot) plan.ringRow[static_cast<std::size_t>(slot)] = -1;
   return true;
 }
@@ -262,27 +310,44 @@ void CutCellRow(const CutPlan& plan, std::uint32_t* out, const std::uint32_t* sc
   const bool bottomRow = bottom && y <= plan.my + plan.ch;
   const std::int32_t rightEdge = plan.mx + plan.cw;
   const std::int32_t bounds[4] = {x0, std::clamp(plan.mx, x0, x1), std::clamp(rightEdge + 1, x0, x1), x1};
-  const std::uint8_t* classes = plan.useTables ? plan.labelClass.data() + tableRow : nullptr;
-  const std::uint8_t* dieLine = DieLine(plan, plan.dieRow[static_cast<std::size_t>(y)] + p * kDieCell);
-  const std::int32_t* dieIndex = plan.dieIndex.data() + static_cast<std::size_t>(q) * W;
-  const PieceLabels labels = LabelsFor(plan, p, q);
+  std::uint32_t take[3][6] = {};
   for (int range = 0; range < 3; ++range) {
     const bool ownColumn = !(left && range == 0) && !(right && range == 2);
-    std::uint32_t take[6] = {};
-    take[kOwn] = ownRow && ownColumn ? ~0u : 0u;
-    take[kTop] = topRow ? ~0u : 0u;
-    take[kRight] = right && range != 2 ? ~0u : 0u;
-    take[kBottom] = bottomRow ? ~0u : 0u;
-    take[kLeft] = left && range != 0 ? ~0u : 0u;
-    if (classes) {
+    take[range][kOwn] = ownRow && ownColumn ? ~0u : 0u;
+    take[range][kTop] = topRow ? ~0u : 0u;
+    take[range][kRight] = right && range != 2 ? ~0u : 0u;
+    take[range][kBottom] = bottomRow ? ~0u : 0u;
+    take[range][kLeft] = left && range != 0 ? ~0u : 0u;
+  }
+  if (plan.useTables) {
+    const std::uint8_t* classes = plan.labelClass.data() + tableRow;
+    for (int range = 0; range < 3; ++range) {
       for (std::int32_t x = bounds[range]; x < bounds[range + 1]; ++x) {
-        out[x] = words[x] & take[classes[x]];
-      }
-    } else {
-      for (std::int32_t x = bounds[range]; x < bounds[range + 1]; ++x) {
-        out[x] = words[x] & take[ClassOf(dieLine[dieIndex[x]], labels)];
+        out[x] = words[x] & take[range][classes[x]];
       }
     }
+    return;
+  }
+  // Each run of one class, split at the column ranges, is either the picture or nothing.
+  const auto row = static_cast<std::size_t>(p * plan.dc + q) * static_cast<std::size_t>(plan.H) +
+                   static_cast<std::size_t>(y);
+  const std::int32_t last = plan.classRunFirst[row + 1];
+  std::int32_t start = 0;
+  for (std::int32_t r = plan.classRunFirst[row]; r < last; ++r) {
+    const std::int32_t end = plan.classRunEnd[static_cast<std::size_t>(r)];
+    const std::uint8_t c = plan.classRunClass[static_cast<std::size_t>(r)];
+    for (int range = 0; range < 3; ++range) {
+      const std::int32_t a = std::max(start, bounds[range]);
+      const std::int32_t b = std::min(end, bounds[range + 1]);
+      if (a >= b) continue;
+      const auto bytes = static_cast<std::size_t>(b - a) * sizeof(std::uint32_t);
+      if (take[range][c] != 0) {
+        std::memcpy(out + a, words + a, bytes);
+      } else {
+        std::memset(out + a, 0, bytes);
+      }
+    }
+    start = end;
   }
 }
 
