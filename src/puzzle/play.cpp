@@ -421,6 +421,89 @@ bool AllInGroup(int area, std::uint32_t group) {
   return true;
 }
 
+// Shifts every piece of area t in `group` (or the loose piece `loose` when group is 0) by
+// (dx, dy), numbers it `result` and queues it in `work`; their old and new cells go into `box`.
+void ShiftIntoGroup(int t, std::uint32_t group, std::uint32_t loose, std::int64_t dx,
+                    std::int64_t dy, std::uint32_t result, std::uint32_t* work,
+                    std::int32_t& tail, Box& box) {
+  EstadoPuzzle& p = P();
+  const auto shift = [&](std::uint32_t m) {
+    Pieza& piece = p.pieces[m];
+    Extend(box, CellOf(p, m));
+    piece.x = Clamp32(piece.x + dx);
+    piece.y = Clamp32(piece.y + dy);
+    piece.group = result;
+    piece.unselected = 1;  // a piece that joins a group leaves the selection
+    Extend(box, CellOf(p, m));
+    work[tail++] = m;
+  };
+  if (group == 0) {
+    shift(loose);
+    return;
+  }
+  for (std::int32_t i = 0; i < p.areas[t].count; ++i) {
+    const std::uint32_t m = SliceAt(t, i);
+    if (p.pieces[m].group == group) shift(m);
+  }
+}
+
+// After a join, the grown group takes in every further grid neighbour in area t that lies
+// within the snap tolerance of its place against one of the group's pieces, and the neighbour's
+// whole group with it, until none is left. The group that was dropped stays where the join put
+// it; each joining group is moved the few pixels onto its exact place so that the picture lies
+// straight. Group numbers follow the rule of the first join; `group` is the number the first
+// join gave. Every piece is looked at once, when it enters the group. Returns the group number
+// at the end; `box` gathers the cells to recompose.
+std::uint32_t JoinFurtherNeighbours(int t, std::uint32_t group, Box& box) {
+  EstadoPuzzle& p = P();
+  const auto n = static_cast<std::uint32_t>(p.PieceCount());
+  const auto nc = static_cast<std::uint32_t>(p.NC);
+  // Which pieces lie in t, and the queue of group pieces whose neighbours are still to be seen.
+  std::uint32_t* inTarget = p.scratch[3].data();
+  std::uint32_t* work = p.scratch[1].data();
+  std::memset(inTarget, 0, static_cast<std::size_t>(n) * sizeof(std::uint32_t));
+  for (std::int32_t i = 0; i < p.areas[t].count; ++i) inTarget[SliceAt(t, i)] = 1;
+  std::int32_t tail = 0;
+  for (std::int32_t i = 0; i < p.areas[t].count; ++i) {
+    if (p.pieces[SliceAt(t, i)].group == group) work[tail++] = SliceAt(t, i);
+  }
+  struct Side {
+    std::int32_t dc, dr;
+  };
+  static constexpr Side kSides[4] = {{0, -1}, {1, 0}, {0, 1}, {-1, 0}};
+  for (std::int32_t head = 0; head < tail; ++head) {
+    const std::uint32_t x = work[head];
+    for (const Side side : kSides) {
+      const std::uint32_t column = x % nc;
+      if ((side.dr < 0 && x < nc) || (side.dr > 0 && x + nc >= n) ||
+          (side.dc > 0 && column == nc - 1) || (side.dc < 0 && column == 0)) {
+        continue;
+      }
+      const std::uint32_t m = side.dr != 0 ? (side.dr < 0 ? x - nc : x + nc)
+                                           : (side.dc < 0 ? x - 1 : x + 1);
+      const Pieza& other = p.pieces[m];
+      if (!inTarget[m] || other.group == group) continue;
+      const std::int64_t ex = p.pieces[x].x + static_cast<std::int64_t>(side.dc) * p.cw;
+      const std::int64_t ey = p.pieces[x].y + static_cast<std::int64_t>(side.dr) * p.ch;
+      if (other.x < ex - kSnapTolerance || other.x > ex + kSnapTolerance ||
+          other.y < ey - kSnapTolerance || other.y > ey + kSnapTolerance) {
+        continue;
+      }
+      const std::uint32_t theirs = other.group != 0 ? other.group : m + 1;
+      const std::uint32_t result = std::max(theirs, group);
+      ShiftIntoGroup(t, other.group, m, ex - other.x, ey - other.y, result, work, tail, box);
+      if (result != group) {
+        for (std::int32_t i = 0; i < p.areas[t].count; ++i) {
+          Pieza& piece = p.pieces[SliceAt(t, i)];
+          if (piece.group == group) piece.group = result;
+        }
+        group = result;
+      }
+    }
+  }
+  return group;
+}
+
 // Brings piece k to the front of its area's slice with its group gathered behind it.
 bool BringToFront(int area, std::uint32_t k) {
   std::int32_t index = -1;
@@ -616,7 +699,11 @@ bool MoverAlFrente(std::int32_t source, std::int32_t run, std::int32_t destinati
   return true;
 }
 
-bool SoltarPieza(int t, int s, std::uint32_t k, EnginePoint q) {
+namespace {
+
+// SoltarPieza; `cascade` lets the joined group go on to take in every further neighbour that
+// fits. A hint makes exactly one join and does not cascade.
+bool DropAndJoin(int t, int s, std::uint32_t k, EnginePoint q, bool cascade) {
   EstadoPuzzle& p = P();
   if (!QV_CHECK(p.open, "que hago aqui en estas condiciones")) return false;
   if (!QV_CHECK(engine::ValidArea(t) && engine::ValidArea(s) &&
@@ -676,6 +763,11 @@ bool SoltarPieza(int t, int s, std::uint32_t k, EnginePoint q) {
     Extend(after, CellOf(p, m));
   }
   MoveRunBetweenAreas(s, t, run);
+  if (fit.found && cascade) {
+    Box further = EmptyBox();
+    JoinFurtherNeighbours(t, joined, further);
+    if (!IsEmpty(further)) Extend(after, further);
+  }
   engine::MarkModified();
 
   const auto n = static_cast<std::uint32_t>(p.PieceCount());
@@ -692,6 +784,12 @@ bool SoltarPieza(int t, int s, std::uint32_t k, EnginePoint q) {
   }
   if (fit.found) engine::PlayJoinSound();
   return true;
+}
+
+}  // namespace
+
+bool SoltarPieza(int t, int s, std::uint32_t k, EnginePoint q) {
+  return DropAndJoin(t, s, k, q, true);
 }
 
 std::int64_t HintLimit(std::int32_t rows, std::int32_t columns) {
@@ -740,7 +838,7 @@ bool PistaPuzzle() {
     }
     BringToFront(AREA_TABLERO, best);
     ++p.hintsUsed;
-    SoltarPieza(AREA_TABLERO, AREA_TABLERO, best, place);
+    DropAndJoin(AREA_TABLERO, AREA_TABLERO, best, place, false);
     break;
   }
   return p.hintsUsed < HintLimit(p.NR, p.NC);
