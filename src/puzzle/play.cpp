@@ -91,6 +91,17 @@ struct DragState {
   EngineArray<std::uint8_t> frame;
   DisplayImage frameImage;
   FrameInfo frameInfo{};
+  // The whole moving set as one image (live drags): the run at the front of the slice, the
+  // union of its cells, and the image of it with its place in the area at button-down.
+  bool live = false;
+  std::int32_t setRun = 0;
+  Box setBox{};
+  EngineArray<std::uint32_t> image;
+  EngineArray<std::uint32_t> spans;  // member spans of the atlas, made at the first live drag
+  AlphaImage alphaImage;
+  EngineRect imageRect;
+  EnginePoint imageOffset;  // the image's top-left corner less the grabbed piece's position
+  BitmapInfoHeader imageInfo{};
 };
 
 DragState g_drag;
@@ -252,11 +263,24 @@ Box BoxOf(const EngineRect& r) {
              static_cast<std::int64_t>(r.y) + r.height};
 }
 
+// Where the drag image's top-left corner goes, in start-window coordinates.
+EnginePoint ImagePlace() {
+  return EnginePoint{Clamp32(static_cast<std::int64_t>(g_drag.position.x) + g_drag.imageOffset.x),
+                     Clamp32(static_cast<std::int64_t>(g_drag.position.y) + g_drag.imageOffset.y)};
+}
+
 void DragPiece(int area, EnginePoint pointer, const PointerTarget& under, DragFeedback& fb) {
   EstadoPuzzle& p = P();
   g_drag.position = EnginePoint{Clamp32(static_cast<std::int64_t>(pointer.x) - g_drag.grab.x),
                                 Clamp32(static_cast<std::int64_t>(pointer.y) - g_drag.grab.y)};
   fb.cursor = under.over == PointerOver::BoxOwner ? EngineCursor::DropIntoBox : EngineCursor::Arrow;
+  if (g_drag.live) {
+    // The image was composed at button-down; a step only says where it goes, wherever the
+    // pointer is, so its cost does not depend on the pieces on the table or in the set.
+    fb.moveImage = true;
+    fb.imageAt = ImagePlace();
+    return;
+  }
   const Box cell{g_drag.position.x, g_drag.position.y,
                  static_cast<std::int64_t>(g_drag.position.x) + p.W,
                  static_cast<std::int64_t>(g_drag.position.y) + p.H};
@@ -354,8 +378,8 @@ void DropPiece(int area, const PointerTarget& under, DragFeedback& fb) {
       break;
   }
   if (target < 0) {
-    // Cancelled: the piece shows again where it was.
-    Recompose(area, CellOf(p, k));
+    // Cancelled: the piece (in a live drag, the whole set) shows again where it was.
+    Recompose(area, g_drag.live ? g_drag.setBox : CellOf(p, k));
     return;
   }
   if (!selected) {
@@ -518,12 +542,72 @@ bool BringToFront(int area, std::uint32_t k) {
   return true;
 }
 
+// The image of the moving set at the front of the area: the union of its cells, clipped to the
+// area grown by one cell on every side. Pieces lying wholly outside that were not to be seen at
+// button-down and stay out of the image; the clip also bounds the image for any saved layout.
+bool ComposeSetImage(int area) {
+  EstadoPuzzle& p = P();
+  const AreaSurface& s = p.areas[area].surface;
+  const Box clip{-static_cast<std::int64_t>(p.W), -static_cast<std::int64_t>(p.H),
+                 static_cast<std::int64_t>(s.width) + p.W, static_cast<std::int64_t>(s.height) + p.H};
+  const Box& set = g_drag.setBox;
+  const Box r{std::max(set.x0, clip.x0), std::max(set.y0, clip.y0), std::min(set.x1, clip.x1),
+              std::min(set.y1, clip.y1)};
+  if (IsEmpty(r)) return false;
+  const auto width = static_cast<std::int32_t>(r.x1 - r.x0);
+  const auto height = static_cast<std::int32_t>(r.y1 - r.y0);
+  const std::size_t count = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+  // Kept from drag to drag: a fresh block for every drag would pay its page faults each time.
+  if (g_drag.image.size() < count && !g_drag.image.Allocate(count)) {
+    g_drag.alphaImage = AlphaImage{};
+    return false;
+  }
+  g_drag.alphaImage = AlphaImage{g_drag.image.data(), width, height};
+  g_drag.imageRect = EngineRect{static_cast<std::int32_t>(r.x0), static_cast<std::int32_t>(r.y0),
+                                width, height};
+  const Pieza& front = p.pieces[SliceAt(area, 0)];
+  g_drag.imageOffset = EnginePoint{Clamp32(r.x0 - front.x), Clamp32(r.y0 - front.y)};
+  BitmapInfoHeader& h = g_drag.imageInfo;
+  h = BitmapInfoHeader{};
+  h.biSize = 40;
+  h.biWidth = width;
+  h.biHeight = height;
+  h.biPlanes = 1;
+  h.biBitCount = 32;
+  h.biCompression = kBiRgb;
+  h.biSizeImage = static_cast<std::uint32_t>(count * 4);
+  if (!g_drag.spans && g_drag.setRun > 1) ComputeMemberSpans(g_drag.spans);
+  return ComposeAlphaPieces(g_drag.alphaImage, p.order.data() + p.areas[area].start,
+                            g_drag.setRun, g_drag.imageRect.x, g_drag.imageRect.y,
+                            g_drag.spans ? g_drag.spans.data() : nullptr);
+}
+
+// Button-down of a live drag: gathers the moving set behind the grabbed piece (as the drop
+// would), composes its image and shows the area without it.
+void StartLiveDrag(int area) {
+  EstadoPuzzle& p = P();
+  g_drag.setRun = GatherMovingSet(area);
+  Box set = EmptyBox();
+  for (std::int32_t i = 0; i < g_drag.setRun; ++i) Extend(set, CellOf(p, SliceAt(area, i)));
+  g_drag.setBox = set;
+  if (!ComposeSetImage(area)) g_drag.alphaImage = AlphaImage{};
+  const Box& b = g_drag.setBox;
+  const AreaSurface& s = p.areas[area].surface;
+  const Box r{std::max<std::int64_t>(b.x0, 0), std::max<std::int64_t>(b.y0, 0),
+              std::min<std::int64_t>(b.x1, s.width), std::min<std::int64_t>(b.y1, s.height)};
+  if (IsEmpty(r)) return;
+  ComposeAreaLeavingOut(area, static_cast<std::int32_t>(r.x0), static_cast<std::int32_t>(r.y0),
+                        static_cast<std::int32_t>(r.x1 - r.x0),
+                        static_cast<std::int32_t>(r.y1 - r.y0), true, g_drag.setRun);
+}
+
 }  // namespace
 
 namespace engine {
 
 bool BuildDragSurfaces() {
   const EstadoPuzzle& p = P();
+  g_drag.spans.Free();  // a new cut has a new atlas
   const DisplayFormat& format = CurrentDisplayFormat();
   if (format.bitCount != 16 && format.bitCount != 24 && format.bitCount != 32) return false;
   const std::int64_t width = 2 * static_cast<std::int64_t>(p.W);
@@ -553,6 +637,9 @@ bool BuildDragSurfaces() {
 void FreeDragSurfaces() {
   g_drag.frame.Free();
   g_drag.frameImage = DisplayImage{};
+  g_drag.image.Free();
+  g_drag.spans.Free();
+  g_drag.alphaImage = AlphaImage{};
 }
 
 void ResetDrag() {
@@ -608,7 +695,11 @@ DragFeedback ButtonDown(int area, EnginePoint pt) {
   const std::uint32_t k = SliceAt(area, 0);
   const Pieza& piece = p.pieces[k];
   g_drag.position = EnginePoint{piece.x, piece.y};
-  ComponerArea(area, piece.x, piece.y, p.W, p.H, false, true);
+  if (g_drag.live) {
+    StartLiveDrag(area);
+  } else {
+    ComponerArea(area, piece.x, piece.y, p.W, p.H, false, true);
+  }
   g_drag.grab = EnginePoint{Clamp32(static_cast<std::int64_t>(pt.x) - piece.x),
                             Clamp32(static_cast<std::int64_t>(pt.y) - piece.y)};
   g_drag.mode = 1;
@@ -656,6 +747,33 @@ DragFeedback ButtonUp(int area, EnginePoint pt, const PointerTarget& under) {
 int DragMode() { return g_drag.mode; }
 int DragArea() { return g_drag.area; }
 EnginePoint DragPosition() { return g_drag.position; }
+
+void SetLiveDrag(bool on) {
+  if (g_drag.mode == 0) g_drag.live = on;
+}
+
+bool LiveDrag() { return g_drag.live; }
+
+DragImageView DragImage() {
+  DragImageView view;
+  if (g_drag.mode != 1 || !g_drag.live || g_drag.alphaImage.pixels == nullptr) return view;
+  view.pixels = g_drag.alphaImage.pixels;
+  view.width = g_drag.alphaImage.width;
+  view.height = g_drag.alphaImage.height;
+  view.bitmapInfo = &g_drag.imageInfo;
+  view.at = ImagePlace();
+  view.fromPointer = EnginePoint{Clamp32(static_cast<std::int64_t>(view.at.x) -
+                                         (g_drag.position.x + g_drag.grab.x)),
+                                 Clamp32(static_cast<std::int64_t>(view.at.y) -
+                                         (g_drag.position.y + g_drag.grab.y))};
+  view.pieces = g_drag.setRun;
+  return view;
+}
+
+bool ComposeDragImage() {
+  if (g_drag.mode != 1 || !g_drag.live || !P().open) return false;
+  return ComposeSetImage(g_drag.area);
+}
 
 DragFrameView DragFrame() {
   DragFrameView view;

@@ -355,6 +355,75 @@ TEST_F(PlayTest, DraggingDrawsThePieceInTheFrameAndDropsWhereItWasDragged) {
   EXPECT_EQ(log().clockStarts, 1);
 }
 
+// The board surface's pixel at (x, y), and whether it shows piece k's own pixel there.
+bool BoardShowsPiece(std::uint32_t k, int x, int y) {
+  const AreaSurface* board = GetAreaSurface(AREA_TABLERO);
+  const std::uint8_t* px = board->bits.data() + (board->height - 1 - y) * board->stride + x * 3;
+  const std::uint8_t* own = AtlasPixel(k, x - Piece(k).x, y - Piece(k).y);
+  return px[0] == own[0] && px[1] == own[1] && px[2] == own[2];
+}
+
+TEST_F(PlayTest, LiveDragShowsTheWholeGroupAsOneImageAndDropsItWhereItWasShown) {
+  // The group {0, 1, 4} lies over piece 9; the drag takes it by piece 1.
+  Arrange({{AREA_TABLERO, {{1, 300, 100, 5}, {0, 200, 100, 5}, {4, 200, 200, 5}, {9, 200, 200}}}});
+  const EstadoPuzzle& p = Puzzle();
+  SetLiveDrag(true);
+  const EnginePoint down = OnCore(1);
+  DragFeedback fb = ButtonDown(AREA_TABLERO, down);
+  SetLiveDrag(false);  // ignored during a drag
+  EXPECT_TRUE(LiveDrag());
+  EXPECT_TRUE(fb.moveImage);
+  EXPECT_FALSE(fb.drawFrame);
+  DragImageView image = DragImage();
+  ASSERT_NE(image.pixels, nullptr);
+  EXPECT_EQ(image.pieces, 3);
+  EXPECT_EQ(image.width, 100 + p.W);
+  EXPECT_EQ(image.height, 100 + p.H);
+  EXPECT_EQ(image.at.x, 200);
+  EXPECT_EQ(image.at.y, 100);
+  EXPECT_EQ(image.fromPointer.x, 200 - down.x);
+  // Every piece of the set is in the image, opaque; what lies outside every piece is clear.
+  const auto pixel = [&](int x, int y) { return image.pixels[(image.height - 1 - y) * image.width + x]; };
+  for (std::uint32_t k : {0u, 1u, 4u}) {
+    const int cx = p.mx + 7, cy = p.my + 9;
+    const std::uint8_t* own = AtlasPixel(k, cx, cy);
+    const std::uint32_t want = own[0] | own[1] << 8 | own[2] << 16 | 0xFF000000u;
+    EXPECT_EQ(pixel(Piece(k).x - 200 + cx, Piece(k).y - 100 + cy), want) << k;
+  }
+  EXPECT_EQ(pixel(image.width - 2, image.height - 2), 0u);  // beside piece 4, below piece 1
+  // The board shows the table and piece 9 where the set was.
+  EXPECT_FALSE(BoardShowsPiece(0, OnCore(0).x, OnCore(0).y));
+  EXPECT_TRUE(BoardShowsPiece(9, OnCore(4).x, OnCore(4).y));
+
+  fb = DragStep(AREA_TABLERO, EnginePoint{down.x + 250, down.y + 170}, Over(PointerOver::OtherWindow));
+  EXPECT_TRUE(fb.moveImage);  // over any window
+  EXPECT_FALSE(fb.erase);
+  fb = DragStep(AREA_TABLERO, EnginePoint{down.x + 250, down.y + 171}, Over(PointerOver::StartArea));
+  EXPECT_EQ(fb.imageAt.x, 450);
+  EXPECT_EQ(fb.imageAt.y, 271);
+  ButtonUp(AREA_TABLERO, EnginePoint{down.x + 250, down.y + 171}, Over(PointerOver::StartArea));
+  // Nothing jumps: the set lies where its image was.
+  EXPECT_EQ(std::vector<int>({Piece(0).x, Piece(0).y, Piece(1).x, Piece(4).y}),
+            std::vector<int>({450, 271, 550, 371}));
+  EXPECT_TRUE(BoardShowsPiece(0, OnCore(0).x, OnCore(0).y));
+  EXPECT_TRUE(BoardShowsPiece(9, 200 + p.mx + 50, 200 + p.my + 50));
+  EXPECT_EQ(DragImage().pixels, nullptr);
+
+  // A cancelled drag of a selection shows it again where it was; the image carries its dots.
+  Arrange({{AREA_TABLERO, {{2, 500, 400, 0, 0}, {3, 100, 400, 0, 0}}}});
+  ButtonDown(AREA_TABLERO, OnCore(3));
+  image = DragImage();
+  EXPECT_EQ(image.pieces, 2);
+  const int dx = (p.mx + 5) / 3 * 3, dy = (p.my + 5) / 2 * 2;  // a dot of the pattern
+  const std::uint8_t* own = AtlasPixel(3, dx, dy);
+  EXPECT_EQ(pixel(dx, dy) & 0xFFFFFFu, (255u - own[0]) | (255u - own[1]) << 8 | (255u - own[2]) << 16);
+  EXPECT_FALSE(BoardShowsPiece(2, OnCore(2).x, OnCore(2).y));
+  ButtonUp(AREA_TABLERO, EnginePoint{-1, -1}, Over(PointerOver::Outside));
+  EXPECT_TRUE(BoardShowsPiece(2, OnCore(2).x, OnCore(2).y));
+  EXPECT_EQ(Piece(2).x, 500);
+  SetLiveDrag(false);
+}
+
 TEST_F(PlayTest, DropOutsideTheProgramOrALostCaptureCancels) {
   Arrange({{AREA_TABLERO, {{3, 380, 290}}}});
   const EnginePoint down = OnCore(3);
