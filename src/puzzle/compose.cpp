@@ -436,58 +436,59 @@ bool ComposeAlphaPieces(AlphaImage& target, const std::uint32_t* pieces, std::in
     return false;
   }
   const std::int64_t width = target.width;
-  std::memset(target.pixels, 0, static_cast<std::size_t>(width * target.height) * 4);
   for (std::int32_t i = 0; i < count; ++i) {
     if (pieces[i] >= static_cast<std::uint32_t>(p.PieceCount())) return false;
   }
   const Span whole{0, 0, target.width, target.height};
   if (LiesAsInThePicture(p, pieces, count)) {
-    // Row by row of the atlas, which holds the cells of a row of pieces side by side: the
-    // atlas is read in order instead of one cell at a time.
+    // One image row at a time, cleared and filled while it is in the cache, from the atlas
+    // rows of the (at most two) rows of pieces whose cells meet it; the atlas holds the cells
+    // of a row of pieces side by side, so it is read in order.
     const auto nc = static_cast<std::uint32_t>(p.NC);
     std::uint32_t* present = Puzzle().scratch[3].data();
     std::memset(present, 0, static_cast<std::size_t>(p.PieceCount()) * sizeof(std::uint32_t));
-    std::uint32_t firstRow = pieces[0] / nc, lastRow = firstRow;
+    std::int64_t firstRow = pieces[0] / nc, lastRow = firstRow;
     std::uint32_t firstColumn = pieces[0] % nc, lastColumn = firstColumn;
     for (std::int32_t i = 0; i < count; ++i) {
       present[pieces[i]] = 1;
-      firstRow = std::min(firstRow, pieces[i] / nc);
-      lastRow = std::max(lastRow, pieces[i] / nc);
+      firstRow = std::min<std::int64_t>(firstRow, pieces[i] / nc);
+      lastRow = std::max<std::int64_t>(lastRow, pieces[i] / nc);
       firstColumn = std::min(firstColumn, pieces[i] % nc);
       lastColumn = std::max(lastColumn, pieces[i] % nc);
     }
     const Pieza& first = p.pieces[pieces[0]];
     const std::int64_t gx = first.x - static_cast<std::int64_t>(pieces[0] % nc) * p.cw - originX;
     const std::int64_t gy = first.y - static_cast<std::int64_t>(pieces[0] / nc) * p.ch - originY;
-    for (std::uint32_t r = firstRow; r <= lastRow; ++r) {
-      const std::int64_t cy0 = gy + static_cast<std::int64_t>(r) * p.ch;
-      const std::int64_t yStart = std::max<std::int64_t>(cy0, 0);
-      const std::int64_t yEnd = std::min<std::int64_t>(cy0 + p.H, target.height);
-      for (std::int64_t y = yStart; y < yEnd; ++y) {
-        // The atlas row holding cell row y - cy0 of every piece of grid row r.
+    const auto floorDiv = [](std::int64_t a, std::int64_t b) {
+      return a >= 0 ? a / b : -((-a + b - 1) / b);
+    };
+    for (std::int64_t y = 0; y < target.height; ++y) {
+      std::uint32_t* outRow = target.pixels + (target.height - 1 - y) * width;
+      std::memset(outRow, 0, static_cast<std::size_t>(width) * 4);
+      // Rows r of pieces with gy + r ch <= y < gy + r ch + H.
+      const std::int64_t rFrom = std::max(firstRow, floorDiv(y - gy - p.H, p.ch) + 1);
+      const std::int64_t rTo = std::min(lastRow, floorDiv(y - gy, p.ch));
+      for (std::int64_t r = rFrom; r <= rTo; ++r) {
+        const std::int64_t cy = y - (gy + r * p.ch);
         const std::uint32_t* atlasRow = reinterpret_cast<const std::uint32_t*>(
-            p.atlas.data() +
-            (p.atlasHeightMinus1 - (static_cast<std::int64_t>(r) * p.H + (y - cy0))) *
-                p.atlasWidth * 4);
-        std::uint32_t* outRow = target.pixels + (target.height - 1 - y) * width;
+            p.atlas.data() + (p.atlasHeightMinus1 - (r * p.H + cy)) * p.atlasWidth * 4);
         for (std::uint32_t c = firstColumn; c <= lastColumn; ++c) {
-          if (!present[r * nc + c]) continue;
+          const std::int64_t k = r * nc + c;
+          if (!present[k]) continue;
           const std::int64_t cx0 = gx + static_cast<std::int64_t>(c) * p.cw;
           // Only the part of the cell row that holds member pixels needs reading.
           std::int64_t spanStart = 0, spanEnd = p.W;
           if (spans) {
-            const std::uint32_t* span =
-                spans + ((static_cast<std::int64_t>(r) * nc + c) * p.H + (y - cy0)) * 2;
-            spanStart = span[0];
-            spanEnd = span[1];
+            spanStart = spans[(k * p.H + cy) * 2];
+            spanEnd = spans[(k * p.H + cy) * 2 + 1];
           }
           const std::int64_t x0 = std::max<std::int64_t>(cx0 + spanStart, 0);
           const std::int64_t x1 = std::min<std::int64_t>(cx0 + spanEnd, target.width);
           if (x0 >= x1) continue;
           const std::uint32_t* __restrict in = atlasRow + static_cast<std::int64_t>(c) * p.W + (x0 - cx0);
           std::uint32_t* __restrict out = outRow + x0;
-          // The pieces' pixels never overlap here and the image starts clear, so or-ing in
-          // the opaque member pixels is enough.
+          // The pieces' pixels never overlap here and the row starts clear, so or-ing in the
+          // opaque member pixels is enough.
           for (std::int64_t x = 0; x < x1 - x0; ++x) {
             const std::uint32_t v = in[x];
             out[x] |= (v >> 24) == 1 ? (v | 0xFF000000u) : 0u;
@@ -497,6 +498,7 @@ bool ComposeAlphaPieces(AlphaImage& target, const std::uint32_t* pieces, std::in
     }
     return true;
   }
+  std::memset(target.pixels, 0, static_cast<std::size_t>(width * target.height) * 4);
   // From the back of the run to its front, so the first piece wins where cells overlap.
   for (std::int32_t i = count - 1; i >= 0; --i) {
     const std::uint32_t k = pieces[i];
