@@ -84,6 +84,7 @@ struct DragState {
   EnginePoint down;
   EnginePoint grab;      // pointer minus piece position
   EnginePoint position;  // where the dragged piece's cell is (start window coordinates)
+  PointerTarget under;   // what lay under the pointer at the last step
   bool drawn = false;    // the dragged image is on the start window at `drawnRect`
   EngineRect drawnRect;
   EnginePoint band[5];
@@ -271,6 +272,7 @@ EnginePoint ImagePlace() {
 
 void DragPiece(int area, EnginePoint pointer, const PointerTarget& under, DragFeedback& fb) {
   EstadoPuzzle& p = P();
+  g_drag.under = under;
   g_drag.position = EnginePoint{Clamp32(static_cast<std::int64_t>(pointer.x) - g_drag.grab.x),
                                 Clamp32(static_cast<std::int64_t>(pointer.y) - g_drag.grab.y)};
   fb.cursor = under.over == PointerOver::BoxOwner ? EngineCursor::DropIntoBox : EngineCursor::Arrow;
@@ -741,6 +743,20 @@ DragFeedback ButtonUp(int area, EnginePoint pt, const PointerTarget& under) {
     if (P().open) SelectInBand(area);
   }
   engine::ResetDrag();
+  return fb;
+}
+
+DragFeedback NudgeDrag(int area, int dx, int dy) {
+  DragFeedback fb;
+  if (g_drag.mode != 1 || area != g_drag.area || !P().open || P().areas[area].count == 0) {
+    return fb;
+  }
+  const EnginePoint pointer{Clamp32(static_cast<std::int64_t>(g_drag.position.x) + g_drag.grab.x),
+                            Clamp32(static_cast<std::int64_t>(g_drag.position.y) + g_drag.grab.y)};
+  g_drag.grab = EnginePoint{Clamp32(static_cast<std::int64_t>(g_drag.grab.x) - std::clamp(dx, -1, 1)),
+                            Clamp32(static_cast<std::int64_t>(g_drag.grab.y) - std::clamp(dy, -1, 1))};
+  const PointerTarget under = g_drag.under;
+  DragPiece(area, pointer, under, fb);
   return fb;
 }
 

@@ -69,6 +69,10 @@ DragFeedback ButtonDown(int area, EnginePoint p);
 DragFeedback DragStep(int area, EnginePoint p, const PointerTarget& under);
 DragFeedback ButtonUp(int area, EnginePoint p, const PointerTarget& under);
 
+// An arrow key while a piece is dragged: the piece (or the set) moves one pixel that way
+// against the pointer, for fine placement; later steps keep the offset.
+DragFeedback NudgeDrag(int area, int dx, int dy);
+
 // 0 idle, 1 dragging a piece, 2 drawing a selection rectangle.
 int DragMode();
 int DragArea();

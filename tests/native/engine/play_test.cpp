@@ -401,10 +401,16 @@ TEST_F(PlayTest, LiveDragShowsTheWholeGroupAsOneImageAndDropsItWhereItWasShown) 
   fb = DragStep(AREA_TABLERO, EnginePoint{down.x + 250, down.y + 171}, Over(PointerOver::StartArea));
   EXPECT_EQ(fb.imageAt.x, 450);
   EXPECT_EQ(fb.imageAt.y, 271);
-  ButtonUp(AREA_TABLERO, EnginePoint{down.x + 250, down.y + 171}, Over(PointerOver::StartArea));
+  // An arrow key moves the set one pixel against the pointer, and the next step keeps that.
+  fb = NudgeDrag(AREA_TABLERO, 1, -5);
+  EXPECT_EQ(fb.imageAt.x, 451);
+  EXPECT_EQ(fb.imageAt.y, 270);
+  fb = DragStep(AREA_TABLERO, EnginePoint{down.x + 250, down.y + 172}, Over(PointerOver::StartArea));
+  EXPECT_EQ(fb.imageAt.y, 271);
+  ButtonUp(AREA_TABLERO, EnginePoint{down.x + 250, down.y + 172}, Over(PointerOver::StartArea));
   // Nothing jumps: the set lies where its image was.
   EXPECT_EQ(std::vector<int>({Piece(0).x, Piece(0).y, Piece(1).x, Piece(4).y}),
-            std::vector<int>({450, 271, 550, 371}));
+            std::vector<int>({451, 271, 551, 371}));
   EXPECT_TRUE(BoardShowsPiece(0, OnCore(0).x, OnCore(0).y));
   EXPECT_TRUE(BoardShowsPiece(9, 200 + p.mx + 50, 200 + p.my + 50));
   EXPECT_EQ(DragImage().pixels, nullptr);
