@@ -320,6 +320,113 @@ void BM_DragStep(benchmark::State& state) {
 }
 BENCHMARK(BM_DragStep)->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
 
+// ---- The live drag: the image of the moving set and one step of it ---------------------------
+
+// Starts a live drag of the whole picture, laid out straight as one group, by a piece in its
+// middle; returns the point it was taken at.
+qv::EnginePoint GrabWholePicture() {
+  qv::ResolverPuzzle();
+  const qv::EstadoPuzzle& p = qv::Puzzle();
+  const std::uint32_t middle =
+      static_cast<std::uint32_t>((p.NR / 2) * p.NC + p.NC / 2);
+  const qv::EnginePoint at{p.pieces[middle].x + p.mx + p.cw / 2,
+                           p.pieces[middle].y + p.my + p.ch / 2};
+  qv::SetLiveDrag(true);
+  qv::ButtonDown(qv::AREA_TABLERO, at);
+  return at;
+}
+
+// Composing the image of the whole picture (what button-down does for it) against a memcpy of
+// the image's bytes.
+void BM_DragImage(benchmark::State& state) {
+  const Screen screen = kScreens[state.range(0)];
+  if (!StartGame(screen, TheWorld().picture, FinestGrid(screen, 1024, 768))) {
+    state.SkipWithError("cut failed");
+    return;
+  }
+  GrabWholePicture();
+  const qv::DragImageView image = qv::DragImage();
+  if (image.pixels == nullptr || image.pieces != qv::PieceCount()) {
+    state.SkipWithError("no drag image of the whole picture");
+    return;
+  }
+  const std::size_t bytes = static_cast<std::size_t>(image.width) * image.height * 4;
+  std::vector<std::uint8_t> copy(bytes);
+  double composeSeconds = 0, copySeconds = 0;
+  for (auto _ : state) {
+    const auto t0 = Clock::now();
+    benchmark::DoNotOptimize(qv::ComposeDragImage());
+    const auto t1 = Clock::now();
+    std::memcpy(copy.data(), image.pixels, bytes);
+    benchmark::ClobberMemory();
+    const auto t2 = Clock::now();
+    composeSeconds += Seconds(t1 - t0);
+    copySeconds += Seconds(t2 - t1);
+  }
+  state.counters["pieces"] = image.pieces;
+  state.counters["image_MB"] = bytes / 1e6;
+  state.counters["x_memcpy"] = composeSeconds / copySeconds;
+  state.SetLabel(std::to_string(screen.width) + "x" + std::to_string(screen.height) + " " +
+                 std::to_string(image.width) + "x" + std::to_string(image.height));
+  qv::SetLiveDrag(false);
+  qv::ShutdownEngine();
+}
+BENCHMARK(BM_DragImage)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+
+// One live drag step with the whole picture as the moving set, and with one piece of it, each
+// against one piece of a 12-piece picture of the same piece size. A live step composes nothing:
+// it moves the drag position and says where the image goes (the window layer then moves its
+// window), so this measures the engine's share of a step.
+void BM_LiveDragStep(benchmark::State& state) {
+  const Screen screen = kScreens[state.range(0)];
+  const bool wholePicture = state.range(1) != 0;
+  const Grid finest = FinestGrid(screen, 1024, 768);
+  if (!StartGame(screen, TheWorld().picture, finest)) {
+    state.SkipWithError("cut failed");
+    return;
+  }
+  const int cw = qv::Puzzle().cw, ch = qv::Puzzle().ch;
+  const qv::PackedDib small = MakePicture(static_cast<int>((4 * cw + 0.5) / finest.scale) + 1,
+                                          static_cast<int>((3 * ch + 0.5) / finest.scale) + 1);
+  if (!StartGame(screen, small, Grid{finest.scale, 3, 4}) || qv::Puzzle().cw != cw ||
+      qv::Puzzle().ch != ch) {
+    state.SkipWithError("12-piece cut failed");
+    return;
+  }
+  qv::SetLiveDrag(true);
+  const double smallStep = TimeDragSteps(GrabFront(), 20000);
+  qv::ButtonUp(qv::AREA_TABLERO, qv::EnginePoint{-1, -1}, qv::PointerTarget{});
+  StartGame(screen, TheWorld().picture, finest);
+  qv::EnginePoint at;
+  if (wholePicture) {
+    at = GrabWholePicture();
+  } else {
+    qv::SetLiveDrag(true);
+    at = GrabFront();
+  }
+  const std::int32_t moving = qv::DragImage().pieces;
+  qv::PointerTarget over;
+  over.over = qv::PointerOver::StartArea;
+  int i = 0;
+  const auto t0 = Clock::now();
+  for (auto _ : state) {
+    const qv::DragFeedback fb =
+        qv::DragStep(qv::AREA_TABLERO, qv::EnginePoint{at.x + (i % 8), at.y + (i % 5)}, over);
+    benchmark::DoNotOptimize(fb.imageAt);
+    ++i;
+  }
+  const double step = Seconds(Clock::now() - t0) / static_cast<double>(state.iterations());
+  state.counters["pieces"] = qv::PieceCount();
+  state.counters["moving"] = moving;
+  state.counters["step_ns"] = step * 1e9;
+  state.counters["x_12_pieces"] = step / smallStep;
+  state.SetLabel(std::to_string(screen.width) + "x" + std::to_string(screen.height) +
+                 (wholePicture ? " whole picture" : " one piece"));
+  qv::SetLiveDrag(false);
+  qv::ShutdownEngine();
+}
+BENCHMARK(BM_LiveDragStep)->Args({0, 1})->Args({0, 0})->Unit(benchmark::kNanosecond);
+
 // ---- SoltarPieza and the hit test at the finest grid -------------------------------------------
 
 void BM_SoltarPieza(benchmark::State& state) {

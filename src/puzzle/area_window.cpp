@@ -114,7 +114,14 @@ void DrawBand(HDC dc, const EnginePoint (&band)[5]) {
   Polyline(dc, points, 5);
 }
 
+POINT ToScreen(HWND window, EnginePoint p) {
+  POINT screen{p.x, p.y};
+  ClientToScreen(window, &screen);
+  return screen;
+}
+
 void DrawFeedback(HWND window, AreaWindowRecord& r, const DragFeedback& fb) {
+  if (fb.moveImage) MoveDragImage(ToScreen(window, fb.imageAt));
   HDC dc = GetDC(window);  // the class's own context keeps the inverting mode and the pen
   if (!dc) return;
   if (fb.erase) {
@@ -153,6 +160,15 @@ HCURSOR CursorFor(EngineCursor cursor) {
   return LoadCursorA(nullptr, IDC_ARROW);
 }
 
+// Escape and the arrow keys reach a drag wherever the keyboard focus is (the area windows take
+// no focus), through a hook of this thread's keys that lives as long as the drag.
+HHOOK g_dragKeys = nullptr;
+
+void StopDragKeys() {
+  if (g_dragKeys) UnhookWindowsHookEx(g_dragKeys);
+  g_dragKeys = nullptr;
+}
+
 LRESULT OnCreate(HWND window, const CREATESTRUCTA* create) {
   const auto* params = static_cast<const AreaCreateParams*>(create->lpCreateParams);
   if (!params || !ValidArea(params->area)) return -1;
@@ -180,6 +196,10 @@ LRESULT OnCreate(HWND window, const CREATESTRUCTA* create) {
 
 void OnDestroy(HWND window, AreaWindowRecord& r) {
   if (GetCapture() == window) ReleaseCapture();
+  if (DragArea() == r.area) {
+    HideDragImage();
+    StopDragKeys();
+  }
   DestroyArea(r.area);
   if (g_areaWindows[r.area] == window) g_areaWindows[r.area] = nullptr;
   HDC dc = GetDC(window);
@@ -209,10 +229,55 @@ void OnPaint(HWND window, AreaWindowRecord& r) {
   EndPaint(window, &ps);
 }
 
+// ---- Keys during a drag ----------------------------------------------------------------------
+
+// Escape: the drag ends as a drop outside the program would, and the set shows where it was.
+void CancelDrag() {
+  HWND window = AreaWindow(DragArea());
+  AreaWindowRecord* r = window ? RecordOf<AreaWindowRecord>(window) : nullptr;
+  if (!r) return;
+  HideDragImage();
+  StopDragKeys();
+  DrawFeedback(window, *r, ButtonUp(r->area, EnginePoint{-1, -1}, PointerTarget{}));
+  if (GetCapture() == window) ReleaseCapture();
+}
+
+// An arrow key moves the dragged piece or set by one pixel against the pointer.
+void Nudge(int dx, int dy) {
+  HWND window = AreaWindow(DragArea());
+  AreaWindowRecord* r = window ? RecordOf<AreaWindowRecord>(window) : nullptr;
+  if (r) DrawFeedback(window, *r, NudgeDrag(r->area, dx, dy));
+}
+
+LRESULT CALLBACK DragKeyProc(int code, WPARAM key, LPARAM flags) {
+  if (code != HC_ACTION || DragMode() != 1) return CallNextHookEx(g_dragKeys, code, key, flags);
+  const bool down = (flags & (LPARAM{1} << 31)) == 0;
+  switch (key) {
+    case VK_ESCAPE:
+      if (down) CancelDrag();
+      return 1;
+    case VK_LEFT:
+    case VK_RIGHT:
+    case VK_UP:
+    case VK_DOWN:
+      if (down) {
+        Nudge(key == VK_LEFT ? -1 : key == VK_RIGHT ? 1 : 0,
+              key == VK_UP ? -1 : key == VK_DOWN ? 1 : 0);
+      }
+      return 1;
+    default:
+      return CallNextHookEx(g_dragKeys, code, key, flags);
+  }
+}
+
 void OnButtonDown(HWND window, AreaWindowRecord& r, LPARAM lParam) {
   SetCapture(window);
   const DragFeedback fb =
       ButtonDown(r.area, EnginePoint{widget::PointX(lParam), widget::PointY(lParam)});
+  if (fb.moveImage) ShowDragImage(ToScreen(window, fb.imageAt));
+  if (DragMode() == 1 && !g_dragKeys) {
+    g_dragKeys = SetWindowsHookExA(WH_KEYBOARD, DragKeyProc, nullptr, GetCurrentThreadId());
+  }
   DrawFeedback(window, r, fb);
 }
 
@@ -226,6 +291,8 @@ void OnMouseMove(HWND window, AreaWindowRecord& r, LPARAM lParam) {
 }
 
 void Drop(HWND window, AreaWindowRecord& r, int x, int y) {
+  HideDragImage();
+  StopDragKeys();
   SetCursor(CursorFor(EngineCursor::Wait));
   const DragFeedback fb = ButtonUp(r.area, EnginePoint{x, y}, TargetAt(window, r.area, x, y));
   DrawFeedback(window, r, fb);

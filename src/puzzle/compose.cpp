@@ -88,7 +88,7 @@ void DrawPiece(const EstadoPuzzle& p, AreaSurface& surface, std::uint32_t k, con
 
 // Composes one rectangle (inside the surface). The front piece wins wherever its membership
 // byte is 1; painting from the back to the front gives exactly that.
-void ComposeRect(int area, const Span& r, bool leaveOutFront) {
+void ComposeRect(int area, const Span& r, std::int32_t leaveOut) {
   EstadoPuzzle& p = Puzzle();
   AreaSurface& surface = p.areas[area].surface;
   FillTexture(surface, r);
@@ -96,7 +96,7 @@ void ComposeRect(int area, const Span& r, bool leaveOutFront) {
   const AreaPiezas& a = p.areas[area];
   std::uint32_t* met = p.scratch[1].data();
   std::int32_t count = 0;
-  for (std::int32_t i = leaveOutFront ? 1 : 0; i < a.count; ++i) {
+  for (std::int32_t i = std::max(leaveOut, 0); i < a.count; ++i) {
     const std::uint32_t k = p.order[static_cast<std::size_t>(a.start + i)];
     const Pieza& piece = p.pieces[k];
     const Span cell{piece.x, piece.y, static_cast<std::int64_t>(piece.x) + p.W,
@@ -271,6 +271,11 @@ const AreaSurface* GetAreaSurface(int area) {
 
 void ComponerArea(int area, std::int32_t x, std::int32_t y, std::int32_t width,
                   std::int32_t height, bool show, bool leaveOutFront) {
+  ComposeAreaLeavingOut(area, x, y, width, height, show, leaveOutFront ? 1 : 0);
+}
+
+void ComposeAreaLeavingOut(int area, std::int32_t x, std::int32_t y, std::int32_t width,
+                           std::int32_t height, bool show, std::int32_t leaveOut) {
   if (!ReadyArea(area)) return;
   EstadoPuzzle& p = Puzzle();
   AreaSurface& surface = p.areas[area].surface;
@@ -293,11 +298,11 @@ void ComponerArea(int area, std::int32_t x, std::int32_t y, std::int32_t width,
         const std::int64_t tx = i * tw;
         const std::int64_t tileWidth = i < 4 ? tw : r.x0 + w - 4 * tw;
         const Span tile{tx, ty, tx + tileWidth, ty + tileHeight};
-        if (!Empty(tile)) ComposeRect(area, tile, leaveOutFront);
+        if (!Empty(tile)) ComposeRect(area, tile, leaveOut);
       }
     }
   } else {
-    ComposeRect(area, r, leaveOutFront);
+    ComposeRect(area, r, leaveOut);
   }
   if (show) {
     engine::InvalidateRect(area, static_cast<int>(r.x0), static_cast<int>(r.y0),
@@ -340,6 +345,169 @@ bool ComposeDraggedPiece(DisplayImage& target, std::int32_t dx, std::int32_t dy,
       } else {
         WritePixel(out, target.format, packing, in[0], in[1], in[2]);
       }
+    }
+  }
+  return true;
+}
+
+namespace {
+
+// Copies one cell row of piece k (cell at cx0, cy0 in the target; target row y) into the
+// target, clipped to columns x0 ... x1.
+inline void AlphaRow(const EstadoPuzzle& p, AlphaImage& target, std::uint32_t k, std::int64_t cx0,
+                     std::int64_t cy0, std::int64_t y, std::int64_t x0, std::int64_t x1,
+                     bool selected) {
+  const std::int64_t cy = y - cy0;
+  const std::uint8_t* in = AtlasRow(p, k, cy) + (x0 - cx0) * 4;
+  std::uint32_t* out = target.pixels + (target.height - 1 - y) * static_cast<std::int64_t>(target.width) + x0;
+  const std::int64_t run = x1 - x0;
+  if (!selected) {
+    // Branch-free so that the compiler can take several pixels at a time.
+    for (std::int64_t x = 0; x < run; ++x) {
+      std::uint32_t v;
+      std::memcpy(&v, in + x * 4, 4);
+      const std::uint32_t keep = (v >> 24) == 1 ? 0xFFFFFFFFu : 0u;
+      out[x] = ((v | 0xFF000000u) & keep) | (out[x] & ~keep);
+    }
+    return;
+  }
+  for (std::int64_t x = 0; x < run; ++x) {
+    const std::uint8_t* px = in + x * 4;
+    if (px[3] != 1) continue;
+    std::uint32_t v = static_cast<std::uint32_t>(px[0]) | static_cast<std::uint32_t>(px[1]) << 8 |
+                      static_cast<std::uint32_t>(px[2]) << 16;
+    if (SelectionDot(x0 + x - cx0, cy)) v ^= 0x00FFFFFFu;
+    out[x] = v | 0xFF000000u;
+  }
+}
+
+// Whether the pieces lie as they do in the picture, each (column x cw, row x ch) from one
+// origin, and none is selected: then their membership pixels never overlap (the die shares
+// every pixel out to exactly one piece), so the order of drawing does not matter. A joined
+// group always lies so.
+bool LiesAsInThePicture(const EstadoPuzzle& p, const std::uint32_t* pieces, std::int32_t count) {
+  if (count < 1) return false;
+  const auto nc = static_cast<std::uint32_t>(p.NC);
+  const auto originOf = [&](std::uint32_t k, std::int64_t* ox, std::int64_t* oy) {
+    *ox = p.pieces[k].x - static_cast<std::int64_t>(k % nc) * p.cw;
+    *oy = p.pieces[k].y - static_cast<std::int64_t>(k / nc) * p.ch;
+  };
+  std::int64_t x0, y0;
+  originOf(pieces[0], &x0, &y0);
+  for (std::int32_t i = 0; i < count; ++i) {
+    std::int64_t x, y;
+    originOf(pieces[i], &x, &y);
+    if (x != x0 || y != y0 || p.pieces[pieces[i]].unselected == 0) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+bool ComputeMemberSpans(EngineArray<std::uint32_t>& spans) {
+  const EstadoPuzzle& p = Puzzle();
+  if (!p.open || p.W < 1 || p.H < 1) return false;
+  const std::size_t rows = static_cast<std::size_t>(p.PieceCount()) * static_cast<std::size_t>(p.H);
+  if (!spans.Allocate(rows * 2)) return false;
+  std::uint32_t* out = spans.data();
+  for (std::int32_t k = 0; k < p.PieceCount(); ++k) {
+    for (std::int32_t cy = 0; cy < p.H; ++cy, out += 2) {
+      const std::uint8_t* in = AtlasRow(p, static_cast<std::uint32_t>(k), cy);
+      std::int32_t first = 0;
+      while (first < p.W && in[first * 4 + 3] != 1) ++first;
+      std::int32_t end = p.W;
+      while (end > first && in[(end - 1) * 4 + 3] != 1) --end;
+      out[0] = static_cast<std::uint32_t>(first);
+      out[1] = static_cast<std::uint32_t>(end);
+    }
+  }
+  return true;
+}
+
+bool ComposeAlphaPieces(AlphaImage& target, const std::uint32_t* pieces, std::int32_t count,
+                        std::int32_t originX, std::int32_t originY, const std::uint32_t* spans) {
+  // The atlas holds blue, green, red and membership bytes, so on a little-endian machine (every
+  // target of the game) a membership pixel becomes an opaque layered-window pixel by setting
+  // its top byte.
+  static_assert(std::endian::native == std::endian::little, "pixels are read as words");
+  const EstadoPuzzle& p = Puzzle();
+  if (!p.open || target.pixels == nullptr || target.width < 1 || target.height < 1 ||
+      count < 0 || count > p.PieceCount()) {
+    return false;
+  }
+  const std::int64_t width = target.width;
+  for (std::int32_t i = 0; i < count; ++i) {
+    if (pieces[i] >= static_cast<std::uint32_t>(p.PieceCount())) return false;
+  }
+  const Span whole{0, 0, target.width, target.height};
+  if (LiesAsInThePicture(p, pieces, count)) {
+    // One image row at a time, cleared and filled while it is in the cache, from the atlas
+    // rows of the (at most two) rows of pieces whose cells meet it; the atlas holds the cells
+    // of a row of pieces side by side, so it is read in order.
+    const auto nc = static_cast<std::uint32_t>(p.NC);
+    std::uint32_t* present = Puzzle().scratch[3].data();
+    std::memset(present, 0, static_cast<std::size_t>(p.PieceCount()) * sizeof(std::uint32_t));
+    std::int64_t firstRow = pieces[0] / nc, lastRow = firstRow;
+    std::uint32_t firstColumn = pieces[0] % nc, lastColumn = firstColumn;
+    for (std::int32_t i = 0; i < count; ++i) {
+      present[pieces[i]] = 1;
+      firstRow = std::min<std::int64_t>(firstRow, pieces[i] / nc);
+      lastRow = std::max<std::int64_t>(lastRow, pieces[i] / nc);
+      firstColumn = std::min(firstColumn, pieces[i] % nc);
+      lastColumn = std::max(lastColumn, pieces[i] % nc);
+    }
+    const Pieza& first = p.pieces[pieces[0]];
+    const std::int64_t gx = first.x - static_cast<std::int64_t>(pieces[0] % nc) * p.cw - originX;
+    const std::int64_t gy = first.y - static_cast<std::int64_t>(pieces[0] / nc) * p.ch - originY;
+    const auto floorDiv = [](std::int64_t a, std::int64_t b) {
+      return a >= 0 ? a / b : -((-a + b - 1) / b);
+    };
+    for (std::int64_t y = 0; y < target.height; ++y) {
+      std::uint32_t* outRow = target.pixels + (target.height - 1 - y) * width;
+      std::memset(outRow, 0, static_cast<std::size_t>(width) * 4);
+      // Rows r of pieces with gy + r ch <= y < gy + r ch + H.
+      const std::int64_t rFrom = std::max(firstRow, floorDiv(y - gy - p.H, p.ch) + 1);
+      const std::int64_t rTo = std::min(lastRow, floorDiv(y - gy, p.ch));
+      for (std::int64_t r = rFrom; r <= rTo; ++r) {
+        const std::int64_t cy = y - (gy + r * p.ch);
+        const std::uint32_t* atlasRow = reinterpret_cast<const std::uint32_t*>(
+            p.atlas.data() + (p.atlasHeightMinus1 - (r * p.H + cy)) * p.atlasWidth * 4);
+        for (std::uint32_t c = firstColumn; c <= lastColumn; ++c) {
+          const std::int64_t k = r * nc + c;
+          if (!present[k]) continue;
+          const std::int64_t cx0 = gx + static_cast<std::int64_t>(c) * p.cw;
+          // Only the part of the cell row that holds member pixels needs reading.
+          std::int64_t spanStart = 0, spanEnd = p.W;
+          if (spans) {
+            spanStart = spans[(k * p.H + cy) * 2];
+            spanEnd = spans[(k * p.H + cy) * 2 + 1];
+          }
+          const std::int64_t x0 = std::max<std::int64_t>(cx0 + spanStart, 0);
+          const std::int64_t x1 = std::min<std::int64_t>(cx0 + spanEnd, target.width);
+          if (x0 >= x1) continue;
+          const std::uint32_t* __restrict in = atlasRow + static_cast<std::int64_t>(c) * p.W + (x0 - cx0);
+          std::uint32_t* __restrict out = outRow + x0;
+          // The pieces' pixels never overlap here and the row starts clear, so or-ing in the
+          // opaque member pixels is enough.
+          for (std::int64_t x = 0; x < x1 - x0; ++x) {
+            const std::uint32_t v = in[x];
+            out[x] |= (v >> 24) == 1 ? (v | 0xFF000000u) : 0u;
+          }
+        }
+      }
+    }
+    return true;
+  }
+  std::memset(target.pixels, 0, static_cast<std::size_t>(width * target.height) * 4);
+  // From the back of the run to its front, so the first piece wins where cells overlap.
+  for (std::int32_t i = count - 1; i >= 0; --i) {
+    const std::uint32_t k = pieces[i];
+    const Pieza& piece = p.pieces[k];
+    const std::int64_t cx0 = static_cast<std::int64_t>(piece.x) - originX;
+    const std::int64_t cy0 = static_cast<std::int64_t>(piece.y) - originY;
+    const Span s = Intersect(Span{cx0, cy0, cx0 + p.W, cy0 + p.H}, whole);
+    for (std::int64_t y = s.y0; y < s.y1; ++y) {
+      AlphaRow(p, target, k, cx0, cy0, y, s.x0, s.x1, piece.unselected == 0);
     }
   }
   return true;

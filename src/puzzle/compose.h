@@ -30,6 +30,9 @@ const AreaSurface* GetAreaSurface(int area);
 // about to be dragged).
 void ComponerArea(int area, std::int32_t x, std::int32_t y, std::int32_t width,
                   std::int32_t height, bool show, bool leaveOutFront);
+// The same, leaving out the first `leaveOut` pieces of the slice (the moving set of a drag).
+void ComposeAreaLeavingOut(int area, std::int32_t x, std::int32_t y, std::int32_t width,
+                           std::int32_t height, bool show, std::int32_t leaveOut);
 // The whole surface of one area, or of all seven.
 void ComponerAreaEntera(int area, bool show);
 void ComposeAllAreas(bool show);
@@ -58,6 +61,23 @@ struct DisplayImage {
 // target with the cell's top-left corner at (dx, dy), counted from the target's top, clipped.
 bool ComposeDraggedPiece(DisplayImage& target, std::int32_t dx, std::int32_t dy,
                          std::uint32_t piece);
+// A bottom-up picture of 32-bit pixels with premultiplied alpha (blue, green, red, alpha from
+// the lowest byte), rows of width pixels: what a layered window shows as it is.
+struct AlphaImage {
+  std::uint32_t* pixels = nullptr;
+  std::int32_t width = 0;
+  std::int32_t height = 0;
+};
+// Clears the target to transparent and draws the pieces (the first on top) with their cells at
+// their positions less the origin, clipped: membership pixels opaque (the selection pattern
+// included), every other pixel transparent.
+// spans, when given, is the table of ComputeMemberSpans for the puzzle open now.
+bool ComposeAlphaPieces(AlphaImage& target, const std::uint32_t* pieces, std::int32_t count,
+                        std::int32_t originX, std::int32_t originY, const std::uint32_t* spans);
+// For every piece and cell row (piece k's row cy at 2 (k H + cy)): the first column holding a
+// member pixel and one past the last (equal for a row without any). Composing a large moving
+// set then reads only those parts of the atlas, a fraction of the cells with their margins.
+bool ComputeMemberSpans(EngineArray<std::uint32_t>& spans);
 // Copies a rectangle of an area's surface into the target at (dx, dy) in the target's format.
 bool CopySurfaceToDisplay(DisplayImage& target, std::int32_t dx, std::int32_t dy, int area,
                           std::int32_t sx, std::int32_t sy, std::int32_t width,

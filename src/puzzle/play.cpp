@@ -84,6 +84,7 @@ struct DragState {
   EnginePoint down;
   EnginePoint grab;      // pointer minus piece position
   EnginePoint position;  // where the dragged piece's cell is (start window coordinates)
+  PointerTarget under;   // what lay under the pointer at the last step
   bool drawn = false;    // the dragged image is on the start window at `drawnRect`
   EngineRect drawnRect;
   EnginePoint band[5];
@@ -91,6 +92,17 @@ struct DragState {
   EngineArray<std::uint8_t> frame;
   DisplayImage frameImage;
   FrameInfo frameInfo{};
+  // The whole moving set as one image (live drags): the run at the front of the slice, the
+  // union of its cells, and the image of it with its place in the area at button-down.
+  bool live = false;
+  std::int32_t setRun = 0;
+  Box setBox{};
+  EngineArray<std::uint32_t> image;
+  EngineArray<std::uint32_t> spans;  // member spans of the atlas, made at the first live drag
+  AlphaImage alphaImage;
+  EngineRect imageRect;
+  EnginePoint imageOffset;  // the image's top-left corner less the grabbed piece's position
+  BitmapInfoHeader imageInfo{};
 };
 
 DragState g_drag;
@@ -252,11 +264,25 @@ Box BoxOf(const EngineRect& r) {
              static_cast<std::int64_t>(r.y) + r.height};
 }
 
+// Where the drag image's top-left corner goes, in start-window coordinates.
+EnginePoint ImagePlace() {
+  return EnginePoint{Clamp32(static_cast<std::int64_t>(g_drag.position.x) + g_drag.imageOffset.x),
+                     Clamp32(static_cast<std::int64_t>(g_drag.position.y) + g_drag.imageOffset.y)};
+}
+
 void DragPiece(int area, EnginePoint pointer, const PointerTarget& under, DragFeedback& fb) {
   EstadoPuzzle& p = P();
+  g_drag.under = under;
   g_drag.position = EnginePoint{Clamp32(static_cast<std::int64_t>(pointer.x) - g_drag.grab.x),
                                 Clamp32(static_cast<std::int64_t>(pointer.y) - g_drag.grab.y)};
   fb.cursor = under.over == PointerOver::BoxOwner ? EngineCursor::DropIntoBox : EngineCursor::Arrow;
+  if (g_drag.live) {
+    // The image was composed at button-down; a step only says where it goes, wherever the
+    // pointer is, so its cost does not depend on the pieces on the table or in the set.
+    fb.moveImage = true;
+    fb.imageAt = ImagePlace();
+    return;
+  }
   const Box cell{g_drag.position.x, g_drag.position.y,
                  static_cast<std::int64_t>(g_drag.position.x) + p.W,
                  static_cast<std::int64_t>(g_drag.position.y) + p.H};
@@ -354,8 +380,8 @@ void DropPiece(int area, const PointerTarget& under, DragFeedback& fb) {
       break;
   }
   if (target < 0) {
-    // Cancelled: the piece shows again where it was.
-    Recompose(area, CellOf(p, k));
+    // Cancelled: the piece (in a live drag, the whole set) shows again where it was.
+    Recompose(area, g_drag.live ? g_drag.setBox : CellOf(p, k));
     return;
   }
   if (!selected) {
@@ -421,6 +447,89 @@ bool AllInGroup(int area, std::uint32_t group) {
   return true;
 }
 
+// Shifts every piece of area t in `group` (or the loose piece `loose` when group is 0) by
+// (dx, dy), numbers it `result` and queues it in `work`; their old and new cells go into `box`.
+void ShiftIntoGroup(int t, std::uint32_t group, std::uint32_t loose, std::int64_t dx,
+                    std::int64_t dy, std::uint32_t result, std::uint32_t* work,
+                    std::int32_t& tail, Box& box) {
+  EstadoPuzzle& p = P();
+  const auto shift = [&](std::uint32_t m) {
+    Pieza& piece = p.pieces[m];
+    Extend(box, CellOf(p, m));
+    piece.x = Clamp32(piece.x + dx);
+    piece.y = Clamp32(piece.y + dy);
+    piece.group = result;
+    piece.unselected = 1;  // a piece that joins a group leaves the selection
+    Extend(box, CellOf(p, m));
+    work[tail++] = m;
+  };
+  if (group == 0) {
+    shift(loose);
+    return;
+  }
+  for (std::int32_t i = 0; i < p.areas[t].count; ++i) {
+    const std::uint32_t m = SliceAt(t, i);
+    if (p.pieces[m].group == group) shift(m);
+  }
+}
+
+// After a join, the grown group takes in every further grid neighbour in area t that lies
+// within the snap tolerance of its place against one of the group's pieces, and the neighbour's
+// whole group with it, until none is left. The group that was dropped stays where the join put
+// it; each joining group is moved the few pixels onto its exact place so that the picture lies
+// straight. Group numbers follow the rule of the first join; `group` is the number the first
+// join gave. Every piece is looked at once, when it enters the group. Returns the group number
+// at the end; `box` gathers the cells to recompose.
+std::uint32_t JoinFurtherNeighbours(int t, std::uint32_t group, Box& box) {
+  EstadoPuzzle& p = P();
+  const auto n = static_cast<std::uint32_t>(p.PieceCount());
+  const auto nc = static_cast<std::uint32_t>(p.NC);
+  // Which pieces lie in t, and the queue of group pieces whose neighbours are still to be seen.
+  std::uint32_t* inTarget = p.scratch[3].data();
+  std::uint32_t* work = p.scratch[1].data();
+  std::memset(inTarget, 0, static_cast<std::size_t>(n) * sizeof(std::uint32_t));
+  for (std::int32_t i = 0; i < p.areas[t].count; ++i) inTarget[SliceAt(t, i)] = 1;
+  std::int32_t tail = 0;
+  for (std::int32_t i = 0; i < p.areas[t].count; ++i) {
+    if (p.pieces[SliceAt(t, i)].group == group) work[tail++] = SliceAt(t, i);
+  }
+  struct Side {
+    std::int32_t dc, dr;
+  };
+  static constexpr Side kSides[4] = {{0, -1}, {1, 0}, {0, 1}, {-1, 0}};
+  for (std::int32_t head = 0; head < tail; ++head) {
+    const std::uint32_t x = work[head];
+    for (const Side side : kSides) {
+      const std::uint32_t column = x % nc;
+      if ((side.dr < 0 && x < nc) || (side.dr > 0 && x + nc >= n) ||
+          (side.dc > 0 && column == nc - 1) || (side.dc < 0 && column == 0)) {
+        continue;
+      }
+      const std::uint32_t m = side.dr != 0 ? (side.dr < 0 ? x - nc : x + nc)
+                                           : (side.dc < 0 ? x - 1 : x + 1);
+      const Pieza& other = p.pieces[m];
+      if (!inTarget[m] || other.group == group) continue;
+      const std::int64_t ex = p.pieces[x].x + static_cast<std::int64_t>(side.dc) * p.cw;
+      const std::int64_t ey = p.pieces[x].y + static_cast<std::int64_t>(side.dr) * p.ch;
+      if (other.x < ex - kSnapTolerance || other.x > ex + kSnapTolerance ||
+          other.y < ey - kSnapTolerance || other.y > ey + kSnapTolerance) {
+        continue;
+      }
+      const std::uint32_t theirs = other.group != 0 ? other.group : m + 1;
+      const std::uint32_t result = std::max(theirs, group);
+      ShiftIntoGroup(t, other.group, m, ex - other.x, ey - other.y, result, work, tail, box);
+      if (result != group) {
+        for (std::int32_t i = 0; i < p.areas[t].count; ++i) {
+          Pieza& piece = p.pieces[SliceAt(t, i)];
+          if (piece.group == group) piece.group = result;
+        }
+        group = result;
+      }
+    }
+  }
+  return group;
+}
+
 // Brings piece k to the front of its area's slice with its group gathered behind it.
 bool BringToFront(int area, std::uint32_t k) {
   std::int32_t index = -1;
@@ -435,12 +544,72 @@ bool BringToFront(int area, std::uint32_t k) {
   return true;
 }
 
+// The image of the moving set at the front of the area: the union of its cells, clipped to the
+// area grown by one cell on every side. Pieces lying wholly outside that were not to be seen at
+// button-down and stay out of the image; the clip also bounds the image for any saved layout.
+bool ComposeSetImage(int area) {
+  EstadoPuzzle& p = P();
+  const AreaSurface& s = p.areas[area].surface;
+  const Box clip{-static_cast<std::int64_t>(p.W), -static_cast<std::int64_t>(p.H),
+                 static_cast<std::int64_t>(s.width) + p.W, static_cast<std::int64_t>(s.height) + p.H};
+  const Box& set = g_drag.setBox;
+  const Box r{std::max(set.x0, clip.x0), std::max(set.y0, clip.y0), std::min(set.x1, clip.x1),
+              std::min(set.y1, clip.y1)};
+  if (IsEmpty(r)) return false;
+  const auto width = static_cast<std::int32_t>(r.x1 - r.x0);
+  const auto height = static_cast<std::int32_t>(r.y1 - r.y0);
+  const std::size_t count = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+  // Kept from drag to drag: a fresh block for every drag would pay its page faults each time.
+  if (g_drag.image.size() < count && !g_drag.image.Allocate(count)) {
+    g_drag.alphaImage = AlphaImage{};
+    return false;
+  }
+  g_drag.alphaImage = AlphaImage{g_drag.image.data(), width, height};
+  g_drag.imageRect = EngineRect{static_cast<std::int32_t>(r.x0), static_cast<std::int32_t>(r.y0),
+                                width, height};
+  const Pieza& front = p.pieces[SliceAt(area, 0)];
+  g_drag.imageOffset = EnginePoint{Clamp32(r.x0 - front.x), Clamp32(r.y0 - front.y)};
+  BitmapInfoHeader& h = g_drag.imageInfo;
+  h = BitmapInfoHeader{};
+  h.biSize = 40;
+  h.biWidth = width;
+  h.biHeight = height;
+  h.biPlanes = 1;
+  h.biBitCount = 32;
+  h.biCompression = kBiRgb;
+  h.biSizeImage = static_cast<std::uint32_t>(count * 4);
+  if (!g_drag.spans && g_drag.setRun > 1) ComputeMemberSpans(g_drag.spans);
+  return ComposeAlphaPieces(g_drag.alphaImage, p.order.data() + p.areas[area].start,
+                            g_drag.setRun, g_drag.imageRect.x, g_drag.imageRect.y,
+                            g_drag.spans ? g_drag.spans.data() : nullptr);
+}
+
+// Button-down of a live drag: gathers the moving set behind the grabbed piece (as the drop
+// would), composes its image and shows the area without it.
+void StartLiveDrag(int area) {
+  EstadoPuzzle& p = P();
+  g_drag.setRun = GatherMovingSet(area);
+  Box set = EmptyBox();
+  for (std::int32_t i = 0; i < g_drag.setRun; ++i) Extend(set, CellOf(p, SliceAt(area, i)));
+  g_drag.setBox = set;
+  if (!ComposeSetImage(area)) g_drag.alphaImage = AlphaImage{};
+  const Box& b = g_drag.setBox;
+  const AreaSurface& s = p.areas[area].surface;
+  const Box r{std::max<std::int64_t>(b.x0, 0), std::max<std::int64_t>(b.y0, 0),
+              std::min<std::int64_t>(b.x1, s.width), std::min<std::int64_t>(b.y1, s.height)};
+  if (IsEmpty(r)) return;
+  ComposeAreaLeavingOut(area, static_cast<std::int32_t>(r.x0), static_cast<std::int32_t>(r.y0),
+                        static_cast<std::int32_t>(r.x1 - r.x0),
+                        static_cast<std::int32_t>(r.y1 - r.y0), true, g_drag.setRun);
+}
+
 }  // namespace
 
 namespace engine {
 
 bool BuildDragSurfaces() {
   const EstadoPuzzle& p = P();
+  g_drag.spans.Free();  // a new cut has a new atlas
   const DisplayFormat& format = CurrentDisplayFormat();
   if (format.bitCount != 16 && format.bitCount != 24 && format.bitCount != 32) return false;
   const std::int64_t width = 2 * static_cast<std::int64_t>(p.W);
@@ -470,6 +639,9 @@ bool BuildDragSurfaces() {
 void FreeDragSurfaces() {
   g_drag.frame.Free();
   g_drag.frameImage = DisplayImage{};
+  g_drag.image.Free();
+  g_drag.spans.Free();
+  g_drag.alphaImage = AlphaImage{};
 }
 
 void ResetDrag() {
@@ -525,7 +697,11 @@ DragFeedback ButtonDown(int area, EnginePoint pt) {
   const std::uint32_t k = SliceAt(area, 0);
   const Pieza& piece = p.pieces[k];
   g_drag.position = EnginePoint{piece.x, piece.y};
-  ComponerArea(area, piece.x, piece.y, p.W, p.H, false, true);
+  if (g_drag.live) {
+    StartLiveDrag(area);
+  } else {
+    ComponerArea(area, piece.x, piece.y, p.W, p.H, false, true);
+  }
   g_drag.grab = EnginePoint{Clamp32(static_cast<std::int64_t>(pt.x) - piece.x),
                             Clamp32(static_cast<std::int64_t>(pt.y) - piece.y)};
   g_drag.mode = 1;
@@ -570,9 +746,50 @@ DragFeedback ButtonUp(int area, EnginePoint pt, const PointerTarget& under) {
   return fb;
 }
 
+DragFeedback NudgeDrag(int area, int dx, int dy) {
+  DragFeedback fb;
+  if (g_drag.mode != 1 || area != g_drag.area || !P().open || P().areas[area].count == 0) {
+    return fb;
+  }
+  const EnginePoint pointer{Clamp32(static_cast<std::int64_t>(g_drag.position.x) + g_drag.grab.x),
+                            Clamp32(static_cast<std::int64_t>(g_drag.position.y) + g_drag.grab.y)};
+  g_drag.grab = EnginePoint{Clamp32(static_cast<std::int64_t>(g_drag.grab.x) - std::clamp(dx, -1, 1)),
+                            Clamp32(static_cast<std::int64_t>(g_drag.grab.y) - std::clamp(dy, -1, 1))};
+  const PointerTarget under = g_drag.under;
+  DragPiece(area, pointer, under, fb);
+  return fb;
+}
+
 int DragMode() { return g_drag.mode; }
 int DragArea() { return g_drag.area; }
 EnginePoint DragPosition() { return g_drag.position; }
+
+void SetLiveDrag(bool on) {
+  if (g_drag.mode == 0) g_drag.live = on;
+}
+
+bool LiveDrag() { return g_drag.live; }
+
+DragImageView DragImage() {
+  DragImageView view;
+  if (g_drag.mode != 1 || !g_drag.live || g_drag.alphaImage.pixels == nullptr) return view;
+  view.pixels = g_drag.alphaImage.pixels;
+  view.width = g_drag.alphaImage.width;
+  view.height = g_drag.alphaImage.height;
+  view.bitmapInfo = &g_drag.imageInfo;
+  view.at = ImagePlace();
+  view.fromPointer = EnginePoint{Clamp32(static_cast<std::int64_t>(view.at.x) -
+                                         (g_drag.position.x + g_drag.grab.x)),
+                                 Clamp32(static_cast<std::int64_t>(view.at.y) -
+                                         (g_drag.position.y + g_drag.grab.y))};
+  view.pieces = g_drag.setRun;
+  return view;
+}
+
+bool ComposeDragImage() {
+  if (g_drag.mode != 1 || !g_drag.live || !P().open) return false;
+  return ComposeSetImage(g_drag.area);
+}
 
 DragFrameView DragFrame() {
   DragFrameView view;
@@ -616,7 +833,11 @@ bool MoverAlFrente(std::int32_t source, std::int32_t run, std::int32_t destinati
   return true;
 }
 
-bool SoltarPieza(int t, int s, std::uint32_t k, EnginePoint q) {
+namespace {
+
+// SoltarPieza; `cascade` lets the joined group go on to take in every further neighbour that
+// fits. A hint makes exactly one join and does not cascade.
+bool DropAndJoin(int t, int s, std::uint32_t k, EnginePoint q, bool cascade) {
   EstadoPuzzle& p = P();
   if (!QV_CHECK(p.open, "que hago aqui en estas condiciones")) return false;
   if (!QV_CHECK(engine::ValidArea(t) && engine::ValidArea(s) &&
@@ -676,6 +897,11 @@ bool SoltarPieza(int t, int s, std::uint32_t k, EnginePoint q) {
     Extend(after, CellOf(p, m));
   }
   MoveRunBetweenAreas(s, t, run);
+  if (fit.found && cascade) {
+    Box further = EmptyBox();
+    JoinFurtherNeighbours(t, joined, further);
+    if (!IsEmpty(further)) Extend(after, further);
+  }
   engine::MarkModified();
 
   const auto n = static_cast<std::uint32_t>(p.PieceCount());
@@ -692,6 +918,12 @@ bool SoltarPieza(int t, int s, std::uint32_t k, EnginePoint q) {
   }
   if (fit.found) engine::PlayJoinSound();
   return true;
+}
+
+}  // namespace
+
+bool SoltarPieza(int t, int s, std::uint32_t k, EnginePoint q) {
+  return DropAndJoin(t, s, k, q, true);
 }
 
 std::int64_t HintLimit(std::int32_t rows, std::int32_t columns) {
@@ -740,7 +972,7 @@ bool PistaPuzzle() {
     }
     BringToFront(AREA_TABLERO, best);
     ++p.hintsUsed;
-    SoltarPieza(AREA_TABLERO, AREA_TABLERO, best, place);
+    DropAndJoin(AREA_TABLERO, AREA_TABLERO, best, place, false);
     break;
   }
   return p.hintsUsed < HintLimit(p.NR, p.NC);

@@ -50,6 +50,10 @@ struct DragFeedback {
   bool hasNewBand = false;
   EnginePoint oldBand[5];
   EnginePoint newBand[5];
+  // Live drag, mode 1: show the drag image with its top-left corner at imageAt (start-window
+  // coordinates, anywhere on the screen).
+  bool moveImage = false;
+  EnginePoint imageAt;
 };
 
 // ---- Hit test and mouse --------------------------------------------------------------------
@@ -64,6 +68,10 @@ std::int32_t HitTest(int area, EnginePoint p);
 DragFeedback ButtonDown(int area, EnginePoint p);
 DragFeedback DragStep(int area, EnginePoint p, const PointerTarget& under);
 DragFeedback ButtonUp(int area, EnginePoint p, const PointerTarget& under);
+
+// An arrow key while a piece is dragged: the piece (or the set) moves one pixel that way
+// against the pointer, for fine placement; later steps keep the offset.
+DragFeedback NudgeDrag(int area, int dx, int dy);
 
 // 0 idle, 1 dragging a piece, 2 drawing a selection rectangle.
 int DragMode();
@@ -80,6 +88,29 @@ struct DragFrameView {
   const void* bitmapInfo = nullptr;  // BITMAPINFOHEADER (+ masks)
 };
 DragFrameView DragFrame();
+
+// Live drag: from button-down on, the grabbed piece and everything that moves with it on the
+// drop (its group or the selection) follow the pointer as one image, which the window layer
+// shows in a window of its own over the whole screen; the area is shown without the moving set
+// until the drop. Off, only the grabbed piece is drawn, in its own window. Changes only between
+// drags.
+void SetLiveDrag(bool on);
+bool LiveDrag();
+
+// The image of the moving set, composed once at button-down: 32-bit premultiplied pixels
+// (blue, green, red, alpha), bottom-up, rows of width pixels, ready for a layered window.
+struct DragImageView {
+  const std::uint32_t* pixels = nullptr;  // null when no live drag of a piece is under way
+  std::int32_t width = 0;
+  std::int32_t height = 0;
+  const void* bitmapInfo = nullptr;  // BITMAPINFOHEADER, 32 bits, BI_RGB
+  EnginePoint at;                    // its top-left corner now, in start-window coordinates
+  EnginePoint fromPointer;           // its top-left corner less the pointer
+  std::int32_t pieces = 0;           // pieces in the moving set
+};
+DragImageView DragImage();
+// Composes the drag image of the drag under way again (what button-down does).
+bool ComposeDragImage();
 
 // ---- Engine operations ---------------------------------------------------------------------
 

@@ -131,7 +131,10 @@ bool RegisterPuzzleWindowClasses(HINSTANCE instance) {
   ok = RegisterScreenClass(instance, kBoxClass, BoxWindowProc) && ok;
   ok = RegisterScreenClass(instance, kViewerClass, ViewerWindowProc, CS_DBLCLKS, black) && ok;
   ok = RegisterScreenClass(instance, kMosaicClass, MosaicWindowProc) && ok;
-  return ok;
+  // The drag image's window, for live drags (the whole moving set following the pointer). They
+  // stay off for now: under Wine, moving the image's window lifts the main window over the box
+  // frames it owns, so a set could not be dropped into an open box there.
+  return RegisterScreenClass(instance, kDragImageClass, DragImageWindowProc) && ok;
 }
 
 EngineHooks PuzzleWindowHooks() {

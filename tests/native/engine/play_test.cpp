@@ -59,6 +59,8 @@ std::vector<std::uint32_t> Slice(int area) {
 
 const Pieza& Piece(std::uint32_t k) { return Puzzle().pieces[k]; }
 
+std::size_t Clusters();
+
 PointerTarget Over(PointerOver over, int area = -1, EnginePoint point = {}) {
   PointerTarget t;
   t.over = over;
@@ -183,6 +185,69 @@ TEST_F(PlayTest, GroupsTakeTheLargerNumberAndMoveTogether) {
   EXPECT_EQ(Puzzle().PuzzleModificado, 1);
 }
 
+// ---- Joining every neighbour that fits ---------------------------------------------------------
+
+TEST_F(PlayTest, PieceDroppedBetweenTwoGroupsJoinsBothAndSnapsTheSecondStraight) {
+  // {0, 1} left of piece 2's place, {3, 7} a few pixels off on its right; 6 is 7 pixels off
+  // below and stays loose.
+  Arrange({{AREA_TABLERO, {{2, 50, 500}, {0, 100, 100, 2}, {1, 200, 100, 2}, {3, 404, 97, 8},
+                           {7, 404, 197, 8}, {6, 307, 200}}}});
+  ASSERT_TRUE(SoltarPieza(AREA_TABLERO, AREA_TABLERO, 2, EnginePoint{302, 103}));
+  for (std::uint32_t k : {0u, 1u, 2u, 3u, 7u}) EXPECT_EQ(Piece(k).group, 8u) << k;
+  EXPECT_EQ(Piece(2).x, 300);
+  EXPECT_EQ(Piece(2).y, 100);
+  EXPECT_EQ(Piece(3).x, 400);
+  EXPECT_EQ(Piece(3).y, 100);
+  EXPECT_EQ(Piece(7).x, 400);
+  EXPECT_EQ(Piece(7).y, 200);
+  EXPECT_EQ(Piece(6).group, 0u);
+  EXPECT_EQ(Piece(6).x, 307);
+  EXPECT_EQ(log().sounds, 1);
+  // Three joins of fifteen: the score counts the clusters the cascade left.
+  EXPECT_EQ(ResultadoPuzzle().percentage, (16 - 12) * 100 / 15);
+  // The shifted group shows at its new place.
+  const AreaSurface* board = GetAreaSurface(AREA_TABLERO);
+  const EnginePoint at{400 + Puzzle().mx + 50, 100 + Puzzle().my + 50};
+  const std::uint8_t* px = board->bits.data() + (board->height - 1 - at.y) * board->stride + at.x * 3;
+  const std::uint8_t* own = AtlasPixel(3, Puzzle().mx + 50, Puzzle().my + 50);
+  EXPECT_TRUE(px[0] == own[0] && px[1] == own[1] && px[2] == own[2]);
+}
+
+TEST_F(PlayTest, CascadeRunsThroughThreeGroupsInARowAndOnlyInTheTargetArea) {
+  // Piece 8 joins 12 below it; 13's right neighbour 14 fits, and 15 (with 11) fits 14 in turn.
+  Arrange({{AREA_TABLERO, {{8, 600, 50}, {12, 100, 400, 14}, {13, 200, 400, 14}, {14, 303, 395},
+                           {15, 405, 404, 16}, {11, 405, 304, 16}}}});
+  ASSERT_TRUE(SoltarPieza(AREA_TABLERO, AREA_TABLERO, 8, EnginePoint{101, 302}));
+  for (std::uint32_t k : {8u, 11u, 12u, 13u, 14u, 15u}) EXPECT_EQ(Piece(k).group, 16u) << k;
+  EXPECT_EQ(std::vector<int>({Piece(14).x, Piece(14).y, Piece(15).x, Piece(15).y, Piece(11).x,
+                              Piece(11).y}),
+            std::vector<int>({300, 400, 400, 400, 400, 300}));
+  EXPECT_EQ(log().sounds, 1);
+  EXPECT_EQ(Clusters(), 11u);  // three joins at one drop
+
+  // In a box: piece 1 from the board joins 0 and then 2 in box 2; piece 5 lies on the board
+  // where it would fit below 1 and stays out of it.
+  Arrange({{2, {{0, 10, 10}, {2, 212, 12}}}, {AREA_TABLERO, {{1, 600, 50}, {5, 110, 110}}}});
+  ASSERT_TRUE(SoltarPieza(2, AREA_TABLERO, 1, EnginePoint{108, 14}));
+  EXPECT_EQ(Slice(2), (std::vector<std::uint32_t>{1, 0, 2}));
+  for (std::uint32_t k : {0u, 1u, 2u}) EXPECT_EQ(Piece(k).group, 3u) << k;
+  EXPECT_EQ(Piece(1).x, 110);
+  EXPECT_EQ(Piece(2).x, 210);
+  EXPECT_EQ(Piece(2).y, 10);
+  EXPECT_EQ(Piece(5).group, 0u);
+}
+
+TEST_F(PlayTest, HintMakesOneJoinEvenWhereMoreWouldFit) {
+  // The hint puts 1 against 0; 2 lies where it would fit 1 but the hint joins one pair only.
+  Arrange({{AREA_TABLERO, {{0, 100, 100}, {1, 600, 400}, {2, 302, 101}}}});
+  const int limit = static_cast<int>(HintLimit(4, 4));
+  EXPECT_EQ(PistaPuzzle(), 1 < limit);
+  EXPECT_EQ(Puzzle().hintsUsed, 1);
+  EXPECT_EQ(Piece(1).group, 2u);
+  EXPECT_EQ(Piece(2).group, 0u);
+  EXPECT_EQ(Clusters(), 15u);
+}
+
 // ---- Completion -----------------------------------------------------------------------------
 
 class SmallPuzzleTest : public EngineTest {
@@ -217,6 +282,15 @@ TEST_F(SmallPuzzleTest, JoiningTheLastTwoGroupsFinishesAndStopsTheClock) {
     RelojPuzzle();
     EXPECT_EQ(rec.only(), "si ya se termino el puzzle por que sigo contando?");
   }
+}
+
+TEST_F(SmallPuzzleTest, DropThatTouchesTheLastTwoGroupsAtOnceFinishes) {
+  // Piece 3 fits 1 above it and 2 on its left: the first join alone leaves 2 apart.
+  Arrange({{AREA_TABLERO, {{3, 600, 400}, {0, 100, 50, 2}, {1, 300, 50, 2}, {2, 103, 248}}}});
+  ASSERT_TRUE(SoltarPieza(AREA_TABLERO, AREA_TABLERO, 3, EnginePoint{302, 252}));
+  EXPECT_EQ(Puzzle().PuzzleTerminado, 1);
+  EXPECT_EQ(log().finished, 1);
+  EXPECT_EQ(ResultadoPuzzle().percentage, 100);
 }
 
 TEST_F(SmallPuzzleTest, WholePictureInABoxAlsoFinishes) {
@@ -279,6 +353,81 @@ TEST_F(PlayTest, DraggingDrawsThePieceInTheFrameAndDropsWhereItWasDragged) {
   EXPECT_EQ(Piece(3).x, 420);
   EXPECT_EQ(Piece(3).y, 315);
   EXPECT_EQ(log().clockStarts, 1);
+}
+
+// The board surface's pixel at (x, y), and whether it shows piece k's own pixel there.
+bool BoardShowsPiece(std::uint32_t k, int x, int y) {
+  const AreaSurface* board = GetAreaSurface(AREA_TABLERO);
+  const std::uint8_t* px = board->bits.data() + (board->height - 1 - y) * board->stride + x * 3;
+  const std::uint8_t* own = AtlasPixel(k, x - Piece(k).x, y - Piece(k).y);
+  return px[0] == own[0] && px[1] == own[1] && px[2] == own[2];
+}
+
+TEST_F(PlayTest, LiveDragShowsTheWholeGroupAsOneImageAndDropsItWhereItWasShown) {
+  // The group {0, 1, 4} lies over piece 9; the drag takes it by piece 1.
+  Arrange({{AREA_TABLERO, {{1, 300, 100, 5}, {0, 200, 100, 5}, {4, 200, 200, 5}, {9, 200, 200}}}});
+  const EstadoPuzzle& p = Puzzle();
+  SetLiveDrag(true);
+  const EnginePoint down = OnCore(1);
+  DragFeedback fb = ButtonDown(AREA_TABLERO, down);
+  SetLiveDrag(false);  // ignored during a drag
+  EXPECT_TRUE(LiveDrag());
+  EXPECT_TRUE(fb.moveImage);
+  EXPECT_FALSE(fb.drawFrame);
+  DragImageView image = DragImage();
+  ASSERT_NE(image.pixels, nullptr);
+  EXPECT_EQ(image.pieces, 3);
+  EXPECT_EQ(image.width, 100 + p.W);
+  EXPECT_EQ(image.height, 100 + p.H);
+  EXPECT_EQ(image.at.x, 200);
+  EXPECT_EQ(image.at.y, 100);
+  EXPECT_EQ(image.fromPointer.x, 200 - down.x);
+  // Every piece of the set is in the image, opaque; what lies outside every piece is clear.
+  const auto pixel = [&](int x, int y) { return image.pixels[(image.height - 1 - y) * image.width + x]; };
+  for (std::uint32_t k : {0u, 1u, 4u}) {
+    const int cx = p.mx + 7, cy = p.my + 9;
+    const std::uint8_t* own = AtlasPixel(k, cx, cy);
+    const std::uint32_t want = own[0] | own[1] << 8 | own[2] << 16 | 0xFF000000u;
+    EXPECT_EQ(pixel(Piece(k).x - 200 + cx, Piece(k).y - 100 + cy), want) << k;
+  }
+  EXPECT_EQ(pixel(image.width - 2, image.height - 2), 0u);  // beside piece 4, below piece 1
+  // The board shows the table and piece 9 where the set was.
+  EXPECT_FALSE(BoardShowsPiece(0, OnCore(0).x, OnCore(0).y));
+  EXPECT_TRUE(BoardShowsPiece(9, OnCore(4).x, OnCore(4).y));
+
+  fb = DragStep(AREA_TABLERO, EnginePoint{down.x + 250, down.y + 170}, Over(PointerOver::OtherWindow));
+  EXPECT_TRUE(fb.moveImage);  // over any window
+  EXPECT_FALSE(fb.erase);
+  fb = DragStep(AREA_TABLERO, EnginePoint{down.x + 250, down.y + 171}, Over(PointerOver::StartArea));
+  EXPECT_EQ(fb.imageAt.x, 450);
+  EXPECT_EQ(fb.imageAt.y, 271);
+  // An arrow key moves the set one pixel against the pointer, and the next step keeps that.
+  fb = NudgeDrag(AREA_TABLERO, 1, -5);
+  EXPECT_EQ(fb.imageAt.x, 451);
+  EXPECT_EQ(fb.imageAt.y, 270);
+  fb = DragStep(AREA_TABLERO, EnginePoint{down.x + 250, down.y + 172}, Over(PointerOver::StartArea));
+  EXPECT_EQ(fb.imageAt.y, 271);
+  ButtonUp(AREA_TABLERO, EnginePoint{down.x + 250, down.y + 172}, Over(PointerOver::StartArea));
+  // Nothing jumps: the set lies where its image was.
+  EXPECT_EQ(std::vector<int>({Piece(0).x, Piece(0).y, Piece(1).x, Piece(4).y}),
+            std::vector<int>({451, 271, 551, 371}));
+  EXPECT_TRUE(BoardShowsPiece(0, OnCore(0).x, OnCore(0).y));
+  EXPECT_TRUE(BoardShowsPiece(9, 200 + p.mx + 50, 200 + p.my + 50));
+  EXPECT_EQ(DragImage().pixels, nullptr);
+
+  // A cancelled drag of a selection shows it again where it was; the image carries its dots.
+  Arrange({{AREA_TABLERO, {{2, 500, 400, 0, 0}, {3, 100, 400, 0, 0}}}});
+  ButtonDown(AREA_TABLERO, OnCore(3));
+  image = DragImage();
+  EXPECT_EQ(image.pieces, 2);
+  const int dx = (p.mx + 5) / 3 * 3, dy = (p.my + 5) / 2 * 2;  // a dot of the pattern
+  const std::uint8_t* own = AtlasPixel(3, dx, dy);
+  EXPECT_EQ(pixel(dx, dy) & 0xFFFFFFu, (255u - own[0]) | (255u - own[1]) << 8 | (255u - own[2]) << 16);
+  EXPECT_FALSE(BoardShowsPiece(2, OnCore(2).x, OnCore(2).y));
+  ButtonUp(AREA_TABLERO, EnginePoint{-1, -1}, Over(PointerOver::Outside));
+  EXPECT_TRUE(BoardShowsPiece(2, OnCore(2).x, OnCore(2).y));
+  EXPECT_EQ(Piece(2).x, 500);
+  SetLiveDrag(false);
 }
 
 TEST_F(PlayTest, DropOutsideTheProgramOrALostCaptureCancels) {

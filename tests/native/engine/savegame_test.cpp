@@ -210,6 +210,30 @@ TEST_F(SavedGameTest, FileIsLaidOutByteForByte) {
   EXPECT_EQ(SaveBytes(false).size(), kBody);
 }
 
+TEST_F(SavedGameTest, GroupsOfADropThatJoinsTwiceKeepTheFileAsItWas) {
+  StartGame();
+  const EstadoPuzzle& p = Puzzle();
+  // Piece 1 dropped between 0 and 2 (2 a few pixels off) joins both.
+  std::vector<Pieza> pieces(12, Pieza{0, 1, {0, 0, 0}, 600, 450});
+  pieces[0] = Pieza{0, 1, {0, 0, 0}, 10, 10};
+  pieces[2] = Pieza{0, 1, {0, 0, 0}, 10 + 2 * p.cw + 3, 12};
+  const std::uint32_t order[12] = {1, 0, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11};
+  const std::int32_t counts[kAreaCount] = {0, 0, 0, 0, 0, 0, 12};
+  ASSERT_TRUE(RestorePieces(counts, order, pieces.data()));
+  ASSERT_TRUE(SoltarPieza(AREA_TABLERO, AREA_TABLERO, 1, EnginePoint{10 + p.cw - 2, 14}));
+  pieces[1] = Pieza{3, 1, {0, 0, 0}, 10 + p.cw, 10};
+  pieces[0].group = 3;
+  pieces[2] = Pieza{3, 1, {0, 0, 0}, 10 + 2 * p.cw, 10};
+  EXPECT_EQ(std::memcmp(p.pieces.data(), pieces.data(), sizeof(Pieza) * 12), 0);
+  // The file holds exactly those records, and a loaded game saves the same bytes again.
+  const Bytes saved = SaveBytes(false);
+  for (std::size_t k = 0; k < 3; ++k) {
+    EXPECT_EQ(std::memcmp(&saved[516 + 48 + 16 * k], &pieces[k], sizeof(Pieza)), 0) << k;
+  }
+  ASSERT_TRUE(Load(saved));
+  EXPECT_EQ(SaveBytes(false), saved);
+}
+
 TEST(SavedGameRules, PreviewBoxMediaFolderAndHints) {
   EXPECT_EQ(PreviewGeometryFor(100, 100).width, 104);      // 104 rows fit within 123
   EXPECT_EQ(PreviewGeometryFor(300, 600).height, 122);     // 123 / 600 x 600 truncates to 122

@@ -29,6 +29,8 @@
 namespace qv::test {
 namespace {
 
+using puzzle_win::DragImageWindow;
+
 std::string DataPath(const char* name) { return GameDataFolder() + name; }
 
 SIZE WindowSize(HWND window) {
@@ -192,6 +194,46 @@ TEST(PuzzleBoard, CaptureTakenAwayMidDragPutsThePieceBack) {
   EXPECT_EQ(Puzzle().pieces[k].x, before.x);
   EXPECT_EQ(Puzzle().pieces[k].y, before.y);
   EXPECT_EQ(Shown(board, away), table);
+}
+
+// Where the drag image's window lies on the screen, or an empty rectangle.
+RECT DragImagePlace() {
+  RECT r{};
+  if (DragImageWindow() && IsWindowVisible(DragImageWindow())) GetWindowRect(DragImageWindow(), &r);
+  return r;
+}
+
+// With live drags the piece rides under the pointer in a layered window that lets the pointer
+// through to the windows beneath; an arrow key moves it by one pixel against the pointer and
+// Escape puts it back where it was taken.
+TEST(PuzzleBoard, LiveDragArrowsNudgeAndEscapeCancels) {
+  HWND board = BoardWindow();
+  POINT from;
+  std::uint32_t k = 0;
+  ASSERT_TRUE(PickablePiece(AREA_TABLERO, board, &from, &k));
+  const Pieza before = Puzzle().pieces[k];
+  const bool wasLive = LiveDrag();
+  SetLiveDrag(true);
+  MoveTo(from);
+  LeftDown();
+  MoveTo(from.x + 30, from.y + 20);
+  ASSERT_EQ(DragMode(), 1);
+  const POINT cell = OnScreen(board, before.x + 30, before.y + 20);
+  EXPECT_EQ(DragImagePlace().left, cell.x);
+  EXPECT_EQ(DragImagePlace().right - DragImagePlace().left, Puzzle().W);
+  EXPECT_EQ(WindowFromPoint(POINT{from.x + 30, from.y + 20}), board);
+  if (Xdotool("key Right")) {
+    EXPECT_TRUE(PumpUntil([&] { return DragImagePlace().left == cell.x + 1; }));
+    EXPECT_EQ(DragImagePlace().top, cell.y);
+    Xdotool("key Escape");
+    EXPECT_TRUE(PumpUntil([] { return DragMode() == 0; }));
+    EXPECT_EQ(DragImageWindow(), nullptr);
+  }
+  LeftUp();
+  Pump(30);
+  SetLiveDrag(wasLive);
+  EXPECT_EQ(Puzzle().pieces[k].x, before.x);
+  EXPECT_EQ(Puzzle().pieces[k].y, before.y);
 }
 
 TEST(PieceBoxes, DropOnTheBoxButtonFillsTheBoxAndItsPicture) {
