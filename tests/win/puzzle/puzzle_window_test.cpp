@@ -236,6 +236,43 @@ TEST(PuzzleBoard, LiveDragArrowsNudgeAndEscapeCancels) {
   EXPECT_EQ(Puzzle().pieces[k].y, before.y);
 }
 
+// The game's own drags (the piece alone follows the pointer): Escape still puts it back, and an
+// arrow key moves where it lands by one pixel.
+TEST(PuzzleBoard, DragKeysWorkInTheGamesOwnDrag) {
+  HWND board = BoardWindow();
+  ASSERT_FALSE(LiveDrag());
+  POINT from;
+  std::uint32_t k = 0;
+  ASSERT_TRUE(PickablePiece(AREA_TABLERO, board, &from, &k));
+  const Pieza before = Puzzle().pieces[k];
+  MoveTo(from);
+  LeftDown();
+  MoveTo(from.x + 40, from.y + 25);
+  ASSERT_EQ(DragMode(), 1);
+  if (!Xdotool("key Escape")) GTEST_SKIP() << "no xdotool";
+  EXPECT_TRUE(PumpUntil([] { return DragMode() == 0; }));
+  MoveTo(from.x + 60, from.y + 25);
+  LeftUp();
+  Pump(30);
+  EXPECT_EQ(Puzzle().pieces[k].x, before.x);
+  EXPECT_EQ(Puzzle().pieces[k].y, before.y);
+
+  ASSERT_TRUE(PickablePiece(AREA_TABLERO, board, &from, &k));
+  const Pieza second = Puzzle().pieces[k];
+  MoveTo(from);
+  LeftDown();
+  MoveTo(from.x + 40, from.y + 25);
+  Xdotool("key Right");
+  Pump(50);
+  MoveTo(from.x + 41, from.y + 25);
+  LeftUp();
+  Pump(30);
+  // Moved by the pointer's 41 pixels and the key's one (unless the drop joined it somewhere).
+  if (Puzzle().pieces[k].group == second.group) {
+    EXPECT_EQ(Puzzle().pieces[k].x, second.x + 42);
+  }
+}
+
 TEST(PieceBoxes, DropOnTheBoxButtonFillsTheBoxAndItsPicture) {
   ASSERT_TRUE(ButtonShows(BoxButton(0), 200));
   POINT from;
