@@ -67,10 +67,12 @@ bool Xdotool(const char* arguments) {
 }
 
 bool SettlePointer(int screenX, int screenY) {
-  return PumpUntil([&] {
-    POINT now{-1, -1};
-    return GetCursorPos(&now) && now.x == screenX && now.y == screenY;
-  });
+  return PumpUntil(
+      [&] {
+        POINT now{-1, -1};
+        return GetCursorPos(&now) && now.x == screenX && now.y == screenY;
+      },
+      6000);
 }
 
 void SendPointerTo(int screenX, int screenY) {
@@ -98,15 +100,19 @@ void MoveToClient(HWND window, int x, int y) { MoveTo(OnScreen(window, x, y)); }
 
 bool LeftHeld() { return (GetAsyncKeyState(VK_LBUTTON) & 0x8000) != 0; }
 
+// xdotool is a process of its own: on a busy machine it can take longer than the usual wait to
+// start, and a release sent before its press arrived would leave the button held.
+constexpr DWORD kButtonWaitMs = 6000;
+
 void LeftDown() {
   if (!Xdotool("mousedown 1")) SendMouse(MOUSEEVENTF_LEFTDOWN);
-  PumpUntil([] { return LeftHeld(); });
+  PumpUntil([] { return LeftHeld(); }, kButtonWaitMs);
 }
 
 void LeftUp() {
   if (!LeftHeld()) return;
   if (!Xdotool("mouseup 1")) SendMouse(MOUSEEVENTF_LEFTUP);
-  PumpUntil([] { return !LeftHeld(); });
+  PumpUntil([] { return !LeftHeld(); }, kButtonWaitMs);
 }
 
 void ClickAt(int screenX, int screenY) {

@@ -29,7 +29,7 @@ bool PumpUntil(Condition&& done, DWORD limitMs = 1500) {
 // Runs xdotool with these arguments under Wine, where the pointer and keys are driven through
 // the X server as a real mouse drives them; false where there is no xdotool.
 bool Xdotool(const char* arguments);
-// Waits until the pointer is at that point of the screen; false after 1.5 s.
+// Waits until the pointer is at that point of the screen; false after 6 s.
 bool SettlePointer(int screenX, int screenY);
 // Moves the real pointer without waiting for it to arrive.
 void SendPointerTo(int screenX, int screenY);
