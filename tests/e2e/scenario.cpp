@@ -1,7 +1,7 @@
-// The end-to-end scenario: new game, a join, a group moved, a box used, a rubber band, the game
-// saved, changed, left for another and opened again, a new table texture and the rest of the
-// picture put together by hand. Every mouse step is played in
-// the engine exactly as the game's windows hand it over, so the boards written here are what the
+// The end-to-end scenario: new game, a join, a group moved, a piece joining two groups at once, a
+// box used, a rubber band, the game saved, changed, left for another and opened again, a new table
+// texture and the rest of the picture put together by hand. Every mouse step is played in the
+// engine exactly as the game's windows hand it over, so the boards written here are what the
 // screen must show.
 #include "e2e/scenario.h"
 
@@ -52,6 +52,7 @@ class Scenario {
   bool SetUp();
   bool NewGame();
   bool JoinAndMoveGroup();
+  bool JoinTwoGroups();
   bool UseBox();
   bool RubberBand();
   bool SaveAndReopen();
@@ -316,6 +317,48 @@ bool Scenario::JoinAndMoveGroup() {
   return Shot("group-moved", AREA_TABLERO);
 }
 
+// A second group is built two rows below the first, a few pixels off its exact place but within
+// the snap tolerance, and the middle row's first piece is dropped into the gap against the first
+// group. The piece fits both: it snaps to one of them and the other is pulled onto its exact
+// place, so a game that joined only one would show that group where it was left.
+bool Scenario::JoinTwoGroups() {
+  const EstadoPuzzle& p = Puzzle();
+  if (p.NR < 3 || p.NC < 2) {
+    std::fprintf(stderr, "the grid has no room for a piece between two groups\n");
+    return false;
+  }
+  const auto nc = static_cast<std::uint32_t>(p.NC);
+  const std::uint32_t middle = nc;
+  const std::uint32_t below = 2 * nc;
+  const EnginePoint top{p.pieces[0].x, p.pieces[0].y};
+  constexpr int kOffX = 4, kOffY = 3;
+  static_assert(kOffX < kSnapTolerance && kOffY < kSnapTolerance);
+  if (!MovePiece(AREA_TABLERO, below, {top.x + kOffX, top.y + 2 * p.ch + kOffY})) return false;
+  if (!MovePiece(AREA_TABLERO, below + 1, {top.x + kOffX + p.cw, top.y + 2 * p.ch + kOffY})) {
+    return false;
+  }
+  if (GroupOf(below) == 0 || GroupOf(below) != GroupOf(below + 1) ||
+      GroupOf(below) == GroupOf(0)) {
+    std::fprintf(stderr, "the second group was not built apart from the first\n");
+    return false;
+  }
+  if (!MovePiece(AREA_TABLERO, middle, {top.x, top.y + p.ch})) return false;
+  for (const std::uint32_t k : {0u, 1u, middle, below, below + 1}) {
+    if (GroupOf(k) == 0 || GroupOf(k) != GroupOf(middle)) {
+      std::fprintf(stderr, "the piece dropped between two groups did not join both (piece %u)\n",
+                   k);
+      return false;
+    }
+  }
+  const Pieza& a = p.pieces[0];
+  const Pieza& b = p.pieces[below];
+  if (b.x != a.x || b.y != a.y + 2 * p.ch) {
+    std::fprintf(stderr, "the joined groups do not lie straight\n");
+    return false;
+  }
+  return Shot("joined-both", AREA_TABLERO);
+}
+
 bool Scenario::UseBox() {
   const std::uint32_t piece = 2 % static_cast<std::uint32_t>(PieceCount());
   EnginePoint grab;
@@ -518,8 +561,8 @@ bool Scenario::Finish() {
 }
 
 bool Scenario::Run() {
-  return SetUp() && NewGame() && JoinAndMoveGroup() && UseBox() && RubberBand() &&
-         SaveAndReopen() && ChangeTexture() && Finish();
+  return SetUp() && NewGame() && JoinAndMoveGroup() && JoinTwoGroups() && UseBox() &&
+         RubberBand() && SaveAndReopen() && ChangeTexture() && Finish();
 }
 
 }  // namespace
