@@ -252,6 +252,32 @@ void Refine(const std::vector<Entry>& entries, std::vector<Colour>& palette) {
 
 // ---- Mapping with error diffusion -------------------------------------------------------------
 
+// Local contrast (the strongest channel's Laplacian) at which diffusion falls to its least.
+constexpr float kBusyContrast = 32.0f;
+// The least share of the error diffused, in the busiest parts of the picture.
+constexpr float kBusyShare = 0.25f;
+// Errors longer than this (in RGB units) are diffused only up to this length.
+constexpr float kErrorLimit = 16.0f;
+
+// How much of a pixel's error to pass on. Diffusion is what keeps soft gradients from banding,
+// so it runs in full where the picture is smooth; in edges and texture its noise hides no
+// banding but costs accuracy, so it is turned down there; and a large error (a colour far from
+// every palette entry, usually at a hard edge) is passed on only up to a limit, or it would
+// smear along the row as streaks.
+float DiffusionShare(const BgrPicture& picture, int x, int y, const float* wanted, const float* got) {
+  const std::uint8_t* p = picture.pixel(x, y);
+  const std::uint8_t* l = picture.pixel(std::max(x - 1, 0), y);
+  const std::uint8_t* r = picture.pixel(std::min(x + 1, picture.width - 1), y);
+  const std::uint8_t* u = picture.pixel(x, std::max(y - 1, 0));
+  const std::uint8_t* d = picture.pixel(x, std::min(y + 1, picture.height - 1));
+  int contrast = 0;
+  for (int k = 0; k < 3; ++k) contrast = std::max(contrast, std::abs(4 * p[k] - l[k] - r[k] - u[k] - d[k]));
+  float share = std::max(kBusyShare, 1.0f - static_cast<float>(contrast) / kBusyContrast);
+  const float e2 = Distance2(wanted, got);
+  if (e2 > kErrorLimit * kErrorLimit) share *= kErrorLimit / std::sqrt(e2);
+  return share;
+}
+
 void Dither(const BgrPicture& picture, const std::vector<Colour>& palette, float dithering, QuantisedPicture& out) {
   const NearestColour nearest(palette);
   const int width = picture.width;
@@ -270,10 +296,11 @@ void Dither(const BgrPicture& picture, const std::vector<Colour>& palette, float
       const int index = nearest.Find(wanted);
       out.indices[static_cast<std::size_t>(y) * width + x] = static_cast<std::uint8_t>(index);
       const float* got = palette[static_cast<std::size_t>(index)].c;
+      const float share = dithering * DiffusionShare(picture, x, y, wanted, got);
       float* ahead = err + step * 3;
       float* below = &nextRow[static_cast<std::size_t>(x + 1) * 3];
       for (int k = 0; k < 3; ++k) {
-        const float e = (wanted[k] - got[k]) * dithering;
+        const float e = (wanted[k] - got[k]) * share;
         ahead[k] += e * (7.0f / 16);
         below[k - step * 3] += e * (3.0f / 16);
         below[k] += e * (5.0f / 16);

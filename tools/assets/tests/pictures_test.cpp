@@ -1,7 +1,10 @@
-// The built-in pictures: credits from the bundles' READMEs, fitting, and real photographs read
-// back through the game's own .bmp reader.
+// The built-in pictures: credits from the bundles' READMEs, fitting, real photographs read
+// back through the game's own .bmp reader, and the game's own colour reduction measured against
+// the tool's on the same photographs.
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <cstdio>
 #include <cstring>
 #include <filesystem>
 
@@ -9,8 +12,12 @@
 #include "assets/file_io.h"
 #include "assets/photo.h"
 #include "assets/picture_set.h"
+#include "assets/quantize.h"
+#include "assets/rcc_bundle.h"
 #include "assets/tests/temp_folder.h"
 #include "graphics/bitmap_file.h"
+#include "photo/colour_quantiser.h"
+#include "photo/photo_fit.h"
 
 namespace qv::assets {
 namespace {
@@ -126,6 +133,59 @@ TEST(PictureSet, TheSamePhotographGivesTheSameBytesTwice) {
   ASSERT_TRUE(MakePicture(QV_GCOMPRIS_RCC_DIR, PictureChoices()[0], second, credit, error)) << error;
   EXPECT_EQ(EncodeBmp8(first), EncodeBmp8(second));
   EXPECT_GT(first.palette.size(), 200u) << "a photograph should use most of its 256 colours";
+}
+
+double Psnr(const photo::BgrPicture& original, const RgbImage& reduced) {
+  double sum = 0;
+  for (std::size_t i = 0; i < reduced.pixels.size(); ++i) {
+    const Rgb& c = reduced.pixels[i];
+    const int d[3] = {original.bytes[i * 3] - c.b, original.bytes[i * 3 + 1] - c.g, original.bytes[i * 3 + 2] - c.r};
+    sum += d[0] * d[0] + d[1] * d[1] + d[2] * d[2];
+  }
+  return 10 * std::log10(255.0 * 255.0 * reduced.pixels.size() * 3 / std::max(sum, 1.0));
+}
+
+// The game reduces players' photographs itself (libimagequant may not go into it); on the
+// fifteen built-in photographs, fitted by the game's own filter, it must come within 1 dB of
+// libimagequant at the tool's settings and the same (full) dithering.
+TEST(OwnColourReduction, ComesWithinOneDecibelOfLibimagequantOnTheBuiltInPhotographs) {
+  if (!BundlesInstalled()) GTEST_SKIP() << "gcompris-qt-data is not installed";
+  std::printf("%-22s %11s %10s %10s %7s\n", "picture", "size", "ours dB", "liq dB", "diff");
+  for (const PictureChoice& choice : PictureChoices()) {
+    SCOPED_TRACE(choice.name);
+    RccBundle bundle;
+    std::vector<std::uint8_t> webp;
+    RgbImage source;
+    std::string error;
+    ASSERT_TRUE(bundle.Load(std::string(QV_GCOMPRIS_RCC_DIR) + "/" + choice.bundle, error)) << error;
+    ASSERT_TRUE(bundle.Read(choice.path, webp, error)) << error;
+    ASSERT_TRUE(DecodeWebp(webp, source, error)) << error;
+    std::vector<std::uint8_t> bgr(source.pixels.size() * 3);
+    for (std::size_t i = 0; i < source.pixels.size(); ++i) {
+      bgr[i * 3] = source.pixels[i].b, bgr[i * 3 + 1] = source.pixels[i].g, bgr[i * 3 + 2] = source.pixels[i].r;
+    }
+    photo::BgrPicture fitted;
+    ASSERT_TRUE(photo::FitPhoto(photo::PixelRows{bgr.data(), source.width, source.height, source.width * 3, 3}, fitted));
+
+    photo::QuantisedPicture ours;
+    ASSERT_TRUE(photo::QuantisePicture(fitted, ours, 1.0f));
+    RgbImage oursExpanded(fitted.width, fitted.height);
+    for (std::size_t i = 0; i < ours.indices.size(); ++i) {
+      const RgbQuad& c = ours.colours[ours.indices[i]];
+      oursExpanded.pixels[i] = Rgb{c.rgbRed, c.rgbGreen, c.rgbBlue};
+    }
+    RgbImage fittedRgb(fitted.width, fitted.height);
+    for (std::size_t i = 0; i < fittedRgb.pixels.size(); ++i) {
+      fittedRgb.pixels[i] = Rgb{fitted.bytes[i * 3 + 2], fitted.bytes[i * 3 + 1], fitted.bytes[i * 3]};
+    }
+    Image8 theirs;
+    ASSERT_TRUE(ReduceTo256Colours(fittedRgb, 1.0, theirs, error)) << error;
+
+    const double oursDb = Psnr(fitted, oursExpanded), theirsDb = Psnr(fitted, Expand(theirs));
+    std::printf("%-22s %5d x %-4d %10.2f %10.2f %+7.2f\n", choice.name, fitted.width, fitted.height, oursDb,
+                theirsDb, oursDb - theirsDb);
+    EXPECT_GT(oursDb, theirsDb - 1.0);
+  }
 }
 
 }  // namespace
