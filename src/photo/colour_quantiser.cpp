@@ -319,7 +319,7 @@ bool QuantisePicture(const BgrPicture& picture, QuantisedPicture& out, float dit
       picture.bytes.size() != static_cast<std::size_t>(picture.width) * picture.height * 3) {
     return false;
   }
-  dithering = std::clamp(dithering, 0.0f, 1.0f);
+  dithering = dithering >= 0.0f ? std::min(dithering, 1.0f) : 0.0f;  // NaN too becomes 0
   QuantisedPicture result;
   result.width = picture.width;
   result.height = picture.height;

@@ -109,13 +109,10 @@ TEST(ColourQuantiser, PicturesOfFewColoursKeepThemExactly) {
 TEST(ColourQuantiser, RefusesEmptyAndInconsistentPictures) {
   QuantisedPicture out;
   out.width = 5;
-  EXPECT_FALSE(QuantisePicture(BgrPicture(), out));
-  BgrPicture torn(4, 4);
+  BgrPicture empty, torn(4, 4), lying(1, 1);
   torn.bytes.resize(40);
-  EXPECT_FALSE(QuantisePicture(torn, out));
-  BgrPicture lying(1, 1);
   lying.width = 20000, lying.height = 20000;
-  EXPECT_FALSE(QuantisePicture(lying, out));
+  for (const BgrPicture* bad : {&empty, &torn, &lying}) EXPECT_FALSE(QuantisePicture(*bad, out));
   EXPECT_EQ(out.width, 5) << "a refusal leaves the output as it was";
 }
 

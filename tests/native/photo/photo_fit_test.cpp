@@ -16,7 +16,7 @@ void ExpectSize(std::int64_t w, std::int64_t h, int fw, int fh, const char* why 
   EXPECT_EQ(size.height, fh) << w << " x " << h << " " << why;
 }
 
-TEST(PhotoFitSize, TheLongSideBecomes1024AndSmallerPicturesKeepTheirSize) {
+TEST(PhotoFitSize, TheLongSideBecomes1024SmallerPicturesKeepTheirSizeHugeOnesAreRefused) {
   ExpectSize(1920, 1080, 1024, 576);
   ExpectSize(1080, 1920, 576, 1024);
   ExpectSize(3000, 1000, 1024, 341);  // 341.33 rounds down
@@ -28,9 +28,7 @@ TEST(PhotoFitSize, TheLongSideBecomes1024AndSmallerPicturesKeepTheirSize) {
   ExpectSize(1, 50000, 1, 1024, "a thin strip keeps at least one pixel");
   ExpectSize(90000000, 1, 1024, 1);
   ExpectSize(10000, 10000, 1024, 1024, "exactly 100 megapixels is still taken");
-}
-
-TEST(PhotoFitSize, RefusesEmptyAndOverHundredMegapixelSizesWithoutOverflow) {
+  // Empty sizes and sizes over 100 megapixels are refused, and huge ones do not overflow.
   for (auto [w, h] : std::vector<std::pair<std::int64_t, std::int64_t>>{
            {0, 10}, {10, 0}, {-5, 10}, {10001, 10000}, {100000001, 1}, {std::int64_t{1} << 40, std::int64_t{1} << 40},
            {INT64_MAX, 2}}) {
