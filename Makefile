@@ -62,6 +62,7 @@ fuzz: fuzz-tree
 bench: native
 	$(BUILD)/native/bench/quorvex_bench --benchmark_counters_tabular=true
 	$(BUILD)/native/bench/engine_bench --benchmark_counters_tabular=true
+	$(BUILD)/native/bench/photo_bench --benchmark_counters_tabular=true
 
 clean:
 	rm -rf $(BUILD)
