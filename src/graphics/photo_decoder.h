@@ -1,6 +1,7 @@
 // Decoding a player's own photograph (JPEG, PNG, GIF, TIFF, BMP) into a 24-bit packed DIB.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -49,7 +50,8 @@ void OrientPoint(int orientation, int width, int height, int x, int y, int* upri
                  int* uprightY);
 
 // The orientation (1 to 8) a JPEG's EXIF block gives, or 1 when there is none or it cannot be
-// read; head is the start of the file (the block sits in its first 64 KiB).
+// read; head is the start of the file (a segment is at most 64 KiB, and EXIF comes early).
+constexpr std::size_t kJpegExifHeadBytes = 3 * 65536;
 int JpegExifOrientation(const std::uint8_t* head, std::size_t bytes);
 
 }  // namespace qv

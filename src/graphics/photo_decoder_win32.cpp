@@ -103,9 +103,10 @@ PhotoError CheckFile(const std::wstring& path) {
   return PhotoError::kNone;
 }
 
-int ReadOrientation(IWICBitmapFrameDecode* frame) {
+// The camera's orientation as the frame's metadata tells it, or 0 where it does not.
+int OrientationFromMetadata(IWICBitmapFrameDecode* frame) {
   ComRef<IWICMetadataQueryReader> reader;
-  if (FAILED(frame->GetMetadataQueryReader(reader.put())) || !reader.get()) return 1;
+  if (FAILED(frame->GetMetadataQueryReader(reader.put())) || !reader.get()) return 0;
   static const wchar_t* const kNames[] = {L"/app1/ifd/{ushort=274}", L"/xmp/tiff:Orientation"};
   for (const wchar_t* name : kNames) {
     PROPVARIANT value;
@@ -118,6 +119,31 @@ int ReadOrientation(IWICBitmapFrameDecode* frame) {
     }
     PropVariantClear(&value);
     if (orientation >= 1 && orientation <= 8) return orientation;
+  }
+  return 0;
+}
+
+// Not every imaging component reads a JPEG's EXIF block (Wine's does not): the block sits at the
+// start of the file, so it is read from there.
+int OrientationFromFile(const std::wstring& path) {
+  HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                            FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return 1;
+  std::vector<std::uint8_t> head(kJpegExifHeadBytes);
+  DWORD got = 0;
+  const BOOL read = ReadFile(file, head.data(), static_cast<DWORD>(head.size()), &got, nullptr);
+  CloseHandle(file);
+  return read ? JpegExifOrientation(head.data(), got) : 1;
+}
+
+int ReadOrientation(const std::wstring& path, IWICBitmapDecoder* decoder,
+                    IWICBitmapFrameDecode* frame) {
+  const int fromMetadata = OrientationFromMetadata(frame);
+  if (fromMetadata != 0) return fromMetadata;
+  GUID container{};
+  if (SUCCEEDED(decoder->GetContainerFormat(&container)) &&
+      IsEqualGUID(container, GUID_ContainerFormatJpeg)) {
+    return OrientationFromFile(path);
   }
   return 1;
 }
@@ -296,7 +322,7 @@ PhotoError Decode(const std::wstring& path, RgbQuad background, PackedDib* pictu
   result = OpenSource(factory.get(), frame.get(), &source);
   if (FAILED(result)) return FromHresult(result);
   return CopyUpright(source, static_cast<int>(width), static_cast<int>(height),
-                     ReadOrientation(frame.get()), background, picture);
+                     ReadOrientation(path, decoder.get(), frame.get()), background, picture);
 }
 
 }  // namespace

@@ -1,4 +1,6 @@
 // Where the pixels of a camera picture go once its EXIF orientation is applied.
+#include <cstring>
+
 #include "graphics/photo_decoder.h"
 
 namespace qv {
@@ -27,6 +29,61 @@ void OrientPoint(int orientation, int width, int height, int x, int y, int* upri
     case 8: *uprightX = y; *uprightY = right - x; return;           // turn 90 anticlockwise
     default: *uprightX = x; *uprightY = y; return;
   }
+}
+
+}  // namespace qv
+
+namespace qv {
+
+namespace {
+
+// Reads the EXIF block's TIFF structure: byte order, then the first directory's entries.
+int OrientationInTiff(const std::uint8_t* tiff, std::size_t bytes) {
+  if (bytes < 8) return 1;
+  const bool little = tiff[0] == 'I' && tiff[1] == 'I';
+  if (!little && !(tiff[0] == 'M' && tiff[1] == 'M')) return 1;
+  auto u16 = [&](std::size_t at) -> std::uint32_t {
+    return little ? tiff[at] | tiff[at + 1] << 8 : tiff[at] << 8 | tiff[at + 1];
+  };
+  auto u32 = [&](std::size_t at) -> std::uint32_t {
+    return little ? u16(at) | u16(at + 2) << 16 : u16(at) << 16 | u16(at + 2);
+  };
+  if (u16(2) != 42) return 1;
+  const std::uint32_t directory = u32(4);
+  if (directory > bytes - 2) return 1;
+  const std::uint32_t entries = u16(directory);
+  for (std::uint32_t i = 0; i < entries; ++i) {
+    const std::size_t entry = std::size_t{directory} + 2 + std::size_t{i} * 12;
+    if (entry + 12 > bytes) return 1;
+    constexpr std::uint32_t kOrientationTag = 274;
+    constexpr std::uint32_t kShortType = 3;
+    if (u16(entry) == kOrientationTag && u16(entry + 2) == kShortType && u32(entry + 4) == 1) {
+      const std::uint32_t value = u16(entry + 8);
+      return value >= 1 && value <= 8 ? static_cast<int>(value) : 1;
+    }
+  }
+  return 1;
+}
+
+}  // namespace
+
+int JpegExifOrientation(const std::uint8_t* head, std::size_t bytes) {
+  if (bytes < 4 || head[0] != 0xFF || head[1] != 0xD8) return 1;
+  std::size_t at = 2;
+  // Walk the marker segments up to the start of the scan; EXIF lives in an APP1 segment.
+  while (at + 4 <= bytes && head[at] == 0xFF) {
+    const std::uint8_t marker = head[at + 1];
+    if (marker == 0xDA || marker == 0xD9) break;
+    const std::size_t length = std::size_t{head[at + 2]} << 8 | head[at + 3];
+    if (length < 2 || at + 2 + length > bytes) break;
+    const std::uint8_t* payload = head + at + 4;
+    const std::size_t payloadBytes = length - 2;
+    if (marker == 0xE1 && payloadBytes >= 6 && std::memcmp(payload, "Exif\0\0", 6) == 0) {
+      return OrientationInTiff(payload + 6, payloadBytes - 6);
+    }
+    at += 2 + length;
+  }
+  return 1;
 }
 
 }  // namespace qv

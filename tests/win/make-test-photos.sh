@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Writes the photo decoder test's pictures with ImageMagick, each beside ImageMagick's own
-# decoding of it (turned upright, transparency over the test's table colour) as a .ppm.
+# decoding of it (turned upright, transparency over the test's table colour) as a 16-bit .ppm.
 # Usage: make-test-photos.sh FOLDER
 set -euo pipefail
 out=$1
@@ -41,8 +41,10 @@ convert camera.jpg -orient LeftBottom left-bottom.jpg
 rm camera.jpg
 convert -size 1x1 xc:'#c08040' -depth 8 PNG24:one.png
 
+# The references keep 16 bits a channel: ImageMagick's own 8-bit output truncates, where the
+# decoder rounds to the nearest value, so the test does the rounding.
 for f in *.png *.gif *.tif *.bmp *.jpg; do
-  convert "$f[0]" -auto-orient -background "$table" -flatten -colorspace sRGB -depth 8 \
+  convert "$f[0]" -auto-orient -background "$table" -alpha remove -colorspace sRGB -depth 16 \
     "ppm:$f.ppm"
 done
 rm -f ./*.miff

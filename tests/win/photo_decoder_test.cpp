@@ -36,7 +36,8 @@ void WriteBytes(const std::string& path, const std::vector<std::uint8_t>& bytes)
   out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
 }
 
-// An 8-bit binary PPM as ImageMagick writes it: "P6\n<w> <h>\n255\n" then RGB rows, top down.
+// ImageMagick's decoding as it writes it: "P6\n<w> <h>\n65535\n" then big-endian RGB rows, top
+// down. Each channel is rounded to 8 bits here, as the decoder rounds.
 struct Reference {
   int width = 0;
   int height = 0;
@@ -51,14 +52,16 @@ Reference ReadPpm(const std::string& path) {
   const std::string head(bytes.begin(), bytes.begin() + std::min<std::size_t>(bytes.size(), 32));
   if (std::sscanf(head.c_str(), "P6 %d %d %d%n", &ref.width, &ref.height, &maxValue, &consumed) !=
           3 ||
-      maxValue != 255) {
+      maxValue != 65535) {
     return {};
   }
   const std::size_t start = static_cast<std::size_t>(consumed) + 1;
-  const std::size_t size = static_cast<std::size_t>(ref.width) * ref.height * 3;
-  if (bytes.size() < start + size) return {};
-  ref.rgb.assign(bytes.begin() + static_cast<std::ptrdiff_t>(start),
-                 bytes.begin() + static_cast<std::ptrdiff_t>(start + size));
+  const std::size_t values = static_cast<std::size_t>(ref.width) * ref.height * 3;
+  if (bytes.size() < start + 2 * values) return {};
+  for (std::size_t i = 0; i < values; ++i) {
+    const unsigned v = bytes[start + 2 * i] << 8 | bytes[start + 2 * i + 1];
+    ref.rgb.push_back(static_cast<std::uint8_t>((v * 255 + 32767) / 65535));
+  }
   return ref;
 }
 
@@ -83,7 +86,7 @@ int LargestDifference(const PackedDib& picture, const Reference& ref) {
 
 struct Case {
   const char* file;
-  int tolerance;  // JPEG decoders may round their colour conversion differently
+  int tolerance;  // JPEG decoders may round their colour conversion differently (1 here)
 };
 
 class PhotoMatchesImageMagick : public testing::TestWithParam<Case> {};
@@ -111,8 +114,8 @@ INSTANTIATE_TEST_SUITE_P(
                     Case{"grey8.png", 0}, Case{"grey16.png", 0}, Case{"alpha8.png", 0},
                     Case{"alpha16.png", 0}, Case{"animated.gif", 0}, Case{"rgb8.tif", 0},
                     Case{"rgb16.tif", 0}, Case{"rgb24.bmp", 0}, Case{"palette.bmp", 0},
-                    Case{"photo.jpg", 2}, Case{"cmyk.jpg", 2}, Case{"right-top.jpg", 2},
-                    Case{"left-bottom.jpg", 2}, Case{"one.png", 0}),
+                    Case{"photo.jpg", 1}, Case{"cmyk.jpg", 1}, Case{"right-top.jpg", 1},
+                    Case{"left-bottom.jpg", 1}, Case{"one.png", 0}),
     [](const testing::TestParamInfo<Case>& param) {
       std::string name = param.param.file;
       for (char& ch : name) {
