@@ -36,8 +36,9 @@ convert base.miff -quality 92 -colorspace CMYK cmyk.jpg
   printf '\x12\x01\x03\x00\x01\x00\x00\x00\x01\x00\x00\x00\x00\x00\x00\x00'
   tail -c +3 photo.jpg
 } > camera.jpg
-convert camera.jpg -orient RightTop right-top.jpg
-convert camera.jpg -orient LeftBottom left-bottom.jpg
+for orient in TopRight BottomRight BottomLeft LeftTop RightTop RightBottom LeftBottom; do
+  convert camera.jpg -orient $orient "$orient.jpg"
+done
 rm camera.jpg
 convert -size 1x1 xc:'#c08040' -depth 8 PNG24:one.png
 
