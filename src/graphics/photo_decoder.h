@@ -54,4 +54,9 @@ void OrientPoint(int orientation, int width, int height, int x, int y, int* upri
 constexpr std::size_t kJpegExifHeadBytes = 3 * 65536;
 int JpegExifOrientation(const std::uint8_t* head, std::size_t bytes);
 
+// The pixels a PNG, GIF or JPEG header claims, or 0 where the start of the file does not say.
+// Checked before the system's decoder sees the file: some decoders allocate the whole picture
+// as soon as they open it.
+std::int64_t StatedPhotoPixels(const std::uint8_t* head, std::size_t bytes);
+
 }  // namespace qv

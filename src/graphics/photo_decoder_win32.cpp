@@ -123,27 +123,29 @@ int OrientationFromMetadata(IWICBitmapFrameDecode* frame) {
   return 0;
 }
 
-// Not every imaging component reads a JPEG's EXIF block (Wine's does not): the block sits at the
-// start of the file, so it is read from there.
-int OrientationFromFile(const std::wstring& path) {
+// The start of the file, where the header and a JPEG's EXIF block sit.
+std::vector<std::uint8_t> ReadHead(const std::wstring& path) {
+  std::vector<std::uint8_t> head;
   HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
                             FILE_ATTRIBUTE_NORMAL, nullptr);
-  if (file == INVALID_HANDLE_VALUE) return 1;
-  std::vector<std::uint8_t> head(kJpegExifHeadBytes);
+  if (file == INVALID_HANDLE_VALUE) return head;
+  head.resize(kJpegExifHeadBytes);
   DWORD got = 0;
-  const BOOL read = ReadFile(file, head.data(), static_cast<DWORD>(head.size()), &got, nullptr);
+  if (!ReadFile(file, head.data(), static_cast<DWORD>(head.size()), &got, nullptr)) got = 0;
   CloseHandle(file);
-  return read ? JpegExifOrientation(head.data(), got) : 1;
+  head.resize(got);
+  return head;
 }
 
-int ReadOrientation(const std::wstring& path, IWICBitmapDecoder* decoder,
+int ReadOrientation(const std::vector<std::uint8_t>& head, IWICBitmapDecoder* decoder,
                     IWICBitmapFrameDecode* frame) {
   const int fromMetadata = OrientationFromMetadata(frame);
   if (fromMetadata != 0) return fromMetadata;
   GUID container{};
   if (SUCCEEDED(decoder->GetContainerFormat(&container)) &&
       IsEqualGUID(container, GUID_ContainerFormatJpeg)) {
-    return OrientationFromFile(path);
+    // Not every imaging component reads a JPEG's EXIF block (Wine's does not).
+    return JpegExifOrientation(head.data(), head.size());
   }
   return 1;
 }
@@ -303,6 +305,8 @@ PhotoError Decode(const std::wstring& path, RgbQuad background, PackedDib* pictu
                               IID_IWICImagingFactory, reinterpret_cast<void**>(factory.put())))) {
     return PhotoError::kNoDecoder;
   }
+  const std::vector<std::uint8_t> head = ReadHead(path);
+  if (StatedPhotoPixels(head.data(), head.size()) > kMaxPhotoPixels) return PhotoError::kTooLarge;
   ComRef<IWICBitmapDecoder> decoder;
   HRESULT result = factory->CreateDecoderFromFilename(
       path.c_str(), nullptr, GENERIC_READ, WICDecodeMetadataCacheOnDemand, decoder.put());
@@ -322,7 +326,7 @@ PhotoError Decode(const std::wstring& path, RgbQuad background, PackedDib* pictu
   result = OpenSource(factory.get(), frame.get(), &source);
   if (FAILED(result)) return FromHresult(result);
   return CopyUpright(source, static_cast<int>(width), static_cast<int>(height),
-                     ReadOrientation(path, decoder.get(), frame.get()), background, picture);
+                     ReadOrientation(head, decoder.get(), frame.get()), background, picture);
 }
 
 }  // namespace

@@ -1,4 +1,6 @@
-// Where the pixels of a camera picture go once its EXIF orientation is applied.
+// What a photograph's first bytes say: its EXIF orientation and the size its header claims.
+#include <algorithm>
+#include <cstdint>
 #include <cstring>
 
 #include "graphics/photo_decoder.h"
@@ -84,6 +86,31 @@ int JpegExifOrientation(const std::uint8_t* head, std::size_t bytes) {
     at += 2 + length;
   }
   return 1;
+}
+
+std::int64_t StatedPhotoPixels(const std::uint8_t* head, std::size_t bytes) {
+  auto be = [&](std::size_t at) { return std::int64_t{head[at]} << 8 | head[at + 1]; };
+  auto be32 = [&](std::size_t at) { return be(at) << 16 | be(at + 2); };
+  if (bytes >= 24 && std::memcmp(head, "\x89PNG\r\n\x1a\n", 8) == 0) {
+    // Each side may be up to 2^32 - 1: multiplied unsigned, the product still fits.
+    const std::uint64_t pixels = static_cast<std::uint64_t>(be32(16)) * be32(20);
+    return static_cast<std::int64_t>(std::min<std::uint64_t>(pixels, INT64_MAX));
+  }
+  if (bytes >= 10 && std::memcmp(head, "GIF8", 4) == 0) {
+    return (head[6] | head[7] << 8) * std::int64_t{head[8] | head[9] << 8};
+  }
+  if (bytes < 4 || head[0] != 0xFF || head[1] != 0xD8) return 0;
+  // A JPEG states its size in the frame header (SOF0 to SOF15 but for DHT, JPG and DAC).
+  for (std::size_t at = 2; at + 4 <= bytes && head[at] == 0xFF;) {
+    const std::uint8_t marker = head[at + 1];
+    const std::size_t length = static_cast<std::size_t>(be(at + 2));
+    if (marker >= 0xC0 && marker <= 0xCF && marker != 0xC4 && marker != 0xC8 && marker != 0xCC) {
+      return at + 9 <= bytes ? be(at + 5) * be(at + 7) : 0;
+    }
+    if (marker == 0xDA || length < 2) break;
+    at += 2 + length;
+  }
+  return 0;
 }
 
 }  // namespace qv

@@ -167,6 +167,24 @@ std::vector<std::uint8_t> BmpClaiming(std::uint32_t width, std::uint32_t height)
   return file;
 }
 
+// The PNG written by the script with its header saying width x height (and a true checksum).
+std::vector<std::uint8_t> PngClaiming(std::uint32_t width, std::uint32_t height) {
+  std::vector<std::uint8_t> png = ReadBytes("photos/rgb8.png");
+  if (png.size() < 33) return png;
+  for (int i = 0; i < 4; ++i) {
+    png[16 + i] = static_cast<std::uint8_t>(width >> (24 - 8 * i));
+    png[20 + i] = static_cast<std::uint8_t>(height >> (24 - 8 * i));
+  }
+  std::uint32_t crc = 0xFFFFFFFFu;
+  for (int at = 12; at < 29; ++at) {  // chunk type and data
+    crc ^= png[at];
+    for (int bit = 0; bit < 8; ++bit) crc = (crc >> 1) ^ (0xEDB88320u & (0u - (crc & 1u)));
+  }
+  crc = ~crc;
+  for (int i = 0; i < 4; ++i) png[29 + i] = static_cast<std::uint8_t>(crc >> (24 - 8 * i));
+  return png;
+}
+
 TEST(PhotoBadInput, EachEndsInItsOwnError) {
   CreateDirectoryW(L"photos\\bad", nullptr);
   EXPECT_EQ(DecodePhoto(L"photos\\bad\\vanished.jpg", kTable).error, PhotoError::kNotFound);
@@ -192,6 +210,9 @@ TEST(PhotoBadInput, EachEndsInItsOwnError) {
   // 20,000 x 6,000 is 120 megapixels: refused from the header, whatever the file holds.
   WriteBytes("photos/bad/huge.bmp", BmpClaiming(20000, 6000));
   EXPECT_EQ(DecodePhoto(L"photos\\bad\\huge.bmp", kTable).error, PhotoError::kTooLarge);
+  // Some decoders allocate the whole picture on opening it; this header is refused before that.
+  WriteBytes("photos/bad/huge.png", PngClaiming(12000, 12000));
+  EXPECT_EQ(DecodePhoto(L"photos\\bad\\huge.png", kTable).error, PhotoError::kTooLarge);
   // Just under the limit but with almost no pixels behind the header: damaged, not a crash.
   WriteBytes("photos/bad/hollow.bmp", BmpClaiming(10000, 9999));
   EXPECT_EQ(DecodePhoto(L"photos\\bad\\hollow.bmp", kTable).error, PhotoError::kDamaged);

@@ -1,9 +1,10 @@
-// libFuzzer target: any bytes as the start of a JPEG file, through the EXIF orientation reader.
+// libFuzzer target: any bytes as the start of a photograph, through the EXIF orientation reader
+// and the header size check.
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
-#include <algorithm>
 
 #include "graphics/photo_decoder.h"
 
@@ -14,5 +15,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   std::copy(data, data + bytes, head.get());
   const int orientation = qv::JpegExifOrientation(head.get(), bytes);
   if (orientation < 1 || orientation > 8) std::abort();
+  if (qv::StatedPhotoPixels(head.get(), bytes) < 0) std::abort();
   return 0;
 }
