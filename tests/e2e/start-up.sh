@@ -32,7 +32,7 @@ case $mode in
     exec xvfb-run -a -s "-screen 0 ${size}x${depth}" bash -c '
       dist=$0 width=${1%x*} height=${1#*x}
       wineserver -p
-      (cd "$dist" && exec wine Quorvex.exe >/dev/null 2>&1 </dev/null) &
+      (cd "$dist" && WINEDEBUG=fixme-all exec wine Quorvex.exe >/dev/null 2>"$2/wine.log" </dev/null) &
       window=
       for _ in $(seq 1 120); do
         window=$(xdotool search --name "^Quorvex$" 2>/dev/null | head -1)
@@ -44,6 +44,11 @@ case $mode in
       status=1
       if [ -z "$window" ]; then
         echo "FAILED: the main window never appeared"
+        # What there is instead, for whoever reads the failure.
+        pgrep -fa "Quorvex.exe" || echo "the game is not running"
+        xwininfo -root -tree 2>/dev/null | grep -v "has no name" | head -n 30
+        import -window root "$2/screen.png" 2>/dev/null && echo "the screen: $2/screen.png"
+        tail -n 20 "$2/wine.log"
       else
         eval "$(xdotool getwindowgeometry --shell "$window")"
         echo "main window: ${WIDTH}x${HEIGHT} at ($X, $Y) on a ${width}x${height} screen"
@@ -56,7 +61,7 @@ case $mode in
       fi
       wineserver -k || true
       exit $status
-    ' "$tree" "$size"
+    ' "$tree" "$size" "$work"
     ;;
   *)
     echo "unknown mode $mode" >&2
