@@ -26,11 +26,16 @@
 #define IDS_UNREADABLE_PICTURE 240
 #define IDS_NO_HELP_PROGRAM 250
 #define IDS_BOX_WORD 260  // the word of a box's default name ("Box" + number + blank)
-#define IDS_REFUSED_FILE_NAME 290
+#define IDS_REFUSED_FILE_NAME 290  // a saved game's name that Windows refuses as a file name
 #define IDS_PRINTING 210  // the print wait window's line
 #define IDS_INFO_PRESENTATION 300  // the information screen's video buttons
 #define IDS_INFO_HOW_TO_PLAY 310
-#define IDS_INFO_NO_PICTURE 320  // shown instead of a name for a picture of the player's own  // a saved game's name that Windows refuses as a file name
+#define IDS_INFO_NO_PICTURE 320  // shown instead of a name for a picture of the player's own
+// A player's own photograph: the new-game tile's caption, the description it gets, and why one
+// could not be made into a picture (400 + 10 x PhotoImportError + language).
+#define IDS_OWN_PICTURE_TILE 330
+#define IDS_OWN_PICTURE_DESCRIPTION 340
+#define IDS_PHOTO_IMPORT_ERROR 400
 #define IDS_PRODUCT 1000  // 1000 + 10 * product + language, products 0..2
 #define IDS_PRODUCT_COUNT 3
 #define IDS_PICTURE_NAME 5000         // 5001..5015, English only
