@@ -62,11 +62,33 @@ int BoxOwnedBy(HWND window, int startArea) {
   return -1;
 }
 
+// The window under a screen point. Open boxes float over the table until they are closed; under
+// X without a window manager, moving the drag image can lift the main window over them for a
+// while (they are put back on top at the next press), so a point over an open box is the box's
+// even when the system answers with the table or another part of the main window.
+HWND WindowUnder(POINT screen) {
+  HWND under = WindowFromPoint(screen);
+  if (!under || !MainWindow() || GetAncestor(under, GA_ROOT) != MainWindow()) return under;
+  for (HWND top = GetTopWindow(nullptr); top; top = GetWindow(top, GW_HWNDNEXT)) {
+    if (top == under || !IsWindowVisible(top)) continue;
+    for (int box = 0; box < kBoxCount; ++box) {
+      if (top != BoxWindow(box)) continue;
+      RECT frame;
+      if (!GetWindowRect(top, &frame) || !PtInRect(&frame, screen)) break;
+      POINT local = screen;
+      ScreenToClient(top, &local);
+      HWND child = ChildWindowFromPointEx(top, local, CWP_SKIPINVISIBLE | CWP_SKIPTRANSPARENT);
+      return child ? child : top;
+    }
+  }
+  return under;
+}
+
 PointerTarget TargetAt(HWND self, int area, int x, int y) {
   PointerTarget target;
   POINT screen{x, y};
   ClientToScreen(self, &screen);
-  HWND under = WindowFromPoint(screen);
+  HWND under = WindowUnder(screen);
   if (!under) return target;
   if (under == self) {
     target.over = PointerOver::StartArea;
@@ -272,9 +294,8 @@ LRESULT CALLBACK DragKeyProc(int code, WPARAM key, LPARAM flags) {
 
 void OnButtonDown(HWND window, AreaWindowRecord& r, LPARAM lParam) {
   SetCapture(window);
-  const DragFeedback fb =
-      ButtonDown(r.area, EnginePoint{widget::PointX(lParam), widget::PointY(lParam)});
-  if (fb.moveImage) ShowDragImage(ToScreen(window, fb.imageAt));
+  DragFeedback fb = ButtonDown(r.area, EnginePoint{widget::PointX(lParam), widget::PointY(lParam)});
+  if (fb.moveImage && !ShowDragImage(ToScreen(window, fb.imageAt))) fb = ShowPieceInstead();
   if (DragMode() == 1 && !g_dragKeys) {
     g_dragKeys = SetWindowsHookExA(WH_KEYBOARD, DragKeyProc, nullptr, GetCurrentThreadId());
   }

@@ -407,18 +407,20 @@ bool LiesAsInThePicture(const EstadoPuzzle& p, const std::uint32_t* pieces, std:
 bool ComputeMemberSpans(EngineArray<std::uint32_t>& spans) {
   const EstadoPuzzle& p = Puzzle();
   if (!p.open || p.W < 1 || p.H < 1) return false;
+  if (p.W > 0xFFFF || p.NC < 1) return false;
   const std::size_t rows = static_cast<std::size_t>(p.PieceCount()) * static_cast<std::size_t>(p.H);
-  if (!spans.Allocate(rows * 2)) return false;
-  std::uint32_t* out = spans.data();
+  if (!spans.Allocate(rows)) return false;
+  const auto nc = static_cast<std::uint32_t>(p.NC);
   for (std::int32_t k = 0; k < p.PieceCount(); ++k) {
-    for (std::int32_t cy = 0; cy < p.H; ++cy, out += 2) {
+    const std::uint32_t r = static_cast<std::uint32_t>(k) / nc, c = static_cast<std::uint32_t>(k) % nc;
+    for (std::int32_t cy = 0; cy < p.H; ++cy) {
       const std::uint8_t* in = AtlasRow(p, static_cast<std::uint32_t>(k), cy);
       std::int32_t first = 0;
       while (first < p.W && in[first * 4 + 3] != 1) ++first;
       std::int32_t end = p.W;
       while (end > first && in[(end - 1) * 4 + 3] != 1) --end;
-      out[0] = static_cast<std::uint32_t>(first);
-      out[1] = static_cast<std::uint32_t>(end);
+      const std::size_t at = (static_cast<std::size_t>(r) * p.H + cy) * nc + c;
+      spans[at] = static_cast<std::uint32_t>(first) | static_cast<std::uint32_t>(end) << 16;
     }
   }
   return true;
@@ -479,8 +481,9 @@ bool ComposeAlphaPieces(AlphaImage& target, const std::uint32_t* pieces, std::in
           // Only the part of the cell row that holds member pixels needs reading.
           std::int64_t spanStart = 0, spanEnd = p.W;
           if (spans) {
-            spanStart = spans[(k * p.H + cy) * 2];
-            spanEnd = spans[(k * p.H + cy) * 2 + 1];
+            const std::uint32_t span = spans[(r * p.H + cy) * nc + c];
+            spanStart = span & 0xFFFF;
+            spanEnd = span >> 16;
           }
           const std::int64_t x0 = std::max<std::int64_t>(cx0 + spanStart, 0);
           const std::int64_t x1 = std::min<std::int64_t>(cx0 + spanEnd, target.width);

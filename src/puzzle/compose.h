@@ -74,9 +74,11 @@ struct AlphaImage {
 // spans, when given, is the table of ComputeMemberSpans for the puzzle open now.
 bool ComposeAlphaPieces(AlphaImage& target, const std::uint32_t* pieces, std::int32_t count,
                         std::int32_t originX, std::int32_t originY, const std::uint32_t* spans);
-// For every piece and cell row (piece k's row cy at 2 (k H + cy)): the first column holding a
-// member pixel and one past the last (equal for a row without any). Composing a large moving
-// set then reads only those parts of the atlas, a fraction of the cells with their margins.
+// For every piece and cell row: the first column holding a member pixel, and one past the last
+// in the top 16 bits (equal for a row without any). Piece k = r NC + c keeps its row cy at
+// (r H + cy) NC + c, in the order composing reads them: the spans of one atlas row side by side.
+// Composing a large moving set then reads only those parts of the atlas, a fraction of the cells
+// with their margins. False (and no table) for cells wider than 16 bits hold.
 bool ComputeMemberSpans(EngineArray<std::uint32_t>& spans);
 // Copies a rectangle of an area's surface into the target at (dx, dy) in the target's format.
 bool CopySurfaceToDisplay(DisplayImage& target, std::int32_t dx, std::int32_t dy, int area,

@@ -3,7 +3,9 @@
 
 #include <cstring>
 
+#include "core/app.h"
 #include "puzzle/play.h"
+#include "puzzle/puzzle_model.h"
 #include "puzzle/puzzle_windows_internal.h"
 
 namespace qv::puzzle_win {
@@ -100,10 +102,20 @@ void MoveDragImage(POINT at) {
 }
 
 void HideDragImage() {
+  if (!g_window) return;
   // Destroyed rather than hidden: the next drag's set has another size, and the window's
   // surface would hold the whole picture's pixels until then.
-  if (g_window) DestroyWindow(g_window);
+  DestroyWindow(g_window);
   g_window = nullptr;
+  // Under X without a window manager the image's moves can lift the main window over the open
+  // boxes; they float over the table again once the drag ends.
+  for (int box = 0; box < kBoxCount; ++box) {
+    HWND frame = BoxWindow(box);
+    if (frame && IsWindowVisible(frame)) {
+      SetWindowPos(frame, HWND_TOP, 0, 0, 0, 0,
+                   SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE | SWP_NOOWNERZORDER);
+    }
+  }
 }
 
 HWND DragImageWindow() { return g_window; }

@@ -94,7 +94,8 @@ struct DragState {
   FrameInfo frameInfo{};
   // The whole moving set as one image (live drags): the run at the front of the slice, the
   // union of its cells, and the image of it with its place in the area at button-down.
-  bool live = false;
+  bool live = true;       // the setting
+  bool showingSet = false;  // this drag shows the whole set as one image
   std::int32_t setRun = 0;
   Box setBox{};
   EngineArray<std::uint32_t> image;
@@ -276,7 +277,7 @@ void DragPiece(int area, EnginePoint pointer, const PointerTarget& under, DragFe
   g_drag.position = EnginePoint{Clamp32(static_cast<std::int64_t>(pointer.x) - g_drag.grab.x),
                                 Clamp32(static_cast<std::int64_t>(pointer.y) - g_drag.grab.y)};
   fb.cursor = under.over == PointerOver::BoxOwner ? EngineCursor::DropIntoBox : EngineCursor::Arrow;
-  if (g_drag.live) {
+  if (g_drag.showingSet) {
     // The image was composed at button-down; a step only says where it goes, wherever the
     // pointer is, so its cost does not depend on the pieces on the table or in the set.
     fb.moveImage = true;
@@ -381,7 +382,7 @@ void DropPiece(int area, const PointerTarget& under, DragFeedback& fb) {
   }
   if (target < 0) {
     // Cancelled: the piece (in a live drag, the whole set) shows again where it was.
-    Recompose(area, g_drag.live ? g_drag.setBox : CellOf(p, k));
+    Recompose(area, g_drag.showingSet ? g_drag.setBox : CellOf(p, k));
     return;
   }
   if (!selected) {
@@ -585,22 +586,28 @@ bool ComposeSetImage(int area) {
 }
 
 // Button-down of a live drag: gathers the moving set behind the grabbed piece (as the drop
-// would), composes its image and shows the area without it.
-void StartLiveDrag(int area) {
+// would), composes its image and shows the area without it. False, and the area untouched,
+// when there is no image to show (no memory for it): the drag then shows the piece alone.
+bool StartLiveDrag(int area) {
   EstadoPuzzle& p = P();
   g_drag.setRun = GatherMovingSet(area);
   Box set = EmptyBox();
   for (std::int32_t i = 0; i < g_drag.setRun; ++i) Extend(set, CellOf(p, SliceAt(area, i)));
   g_drag.setBox = set;
-  if (!ComposeSetImage(area)) g_drag.alphaImage = AlphaImage{};
+  if (!ComposeSetImage(area)) {
+    g_drag.alphaImage = AlphaImage{};
+    return false;
+  }
+  g_drag.showingSet = true;
   const Box& b = g_drag.setBox;
   const AreaSurface& s = p.areas[area].surface;
   const Box r{std::max<std::int64_t>(b.x0, 0), std::max<std::int64_t>(b.y0, 0),
               std::min<std::int64_t>(b.x1, s.width), std::min<std::int64_t>(b.y1, s.height)};
-  if (IsEmpty(r)) return;
+  if (IsEmpty(r)) return true;
   ComposeAreaLeavingOut(area, static_cast<std::int32_t>(r.x0), static_cast<std::int32_t>(r.y0),
                         static_cast<std::int32_t>(r.x1 - r.x0),
                         static_cast<std::int32_t>(r.y1 - r.y0), true, g_drag.setRun);
+  return true;
 }
 
 }  // namespace
@@ -649,6 +656,7 @@ void ResetDrag() {
   g_drag.area = -1;
   g_drag.drawn = false;
   g_drag.bandDrawn = false;
+  g_drag.showingSet = false;
 }
 
 }  // namespace engine
@@ -697,9 +705,7 @@ DragFeedback ButtonDown(int area, EnginePoint pt) {
   const std::uint32_t k = SliceAt(area, 0);
   const Pieza& piece = p.pieces[k];
   g_drag.position = EnginePoint{piece.x, piece.y};
-  if (g_drag.live) {
-    StartLiveDrag(area);
-  } else {
+  if (!g_drag.live || !StartLiveDrag(area)) {
     ComponerArea(area, piece.x, piece.y, p.W, p.H, false, true);
   }
   g_drag.grab = EnginePoint{Clamp32(static_cast<std::int64_t>(pt.x) - piece.x),
@@ -772,7 +778,7 @@ bool LiveDrag() { return g_drag.live; }
 
 DragImageView DragImage() {
   DragImageView view;
-  if (g_drag.mode != 1 || !g_drag.live || g_drag.alphaImage.pixels == nullptr) return view;
+  if (g_drag.mode != 1 || !g_drag.showingSet || g_drag.alphaImage.pixels == nullptr) return view;
   view.pixels = g_drag.alphaImage.pixels;
   view.width = g_drag.alphaImage.width;
   view.height = g_drag.alphaImage.height;
@@ -787,8 +793,32 @@ DragImageView DragImage() {
 }
 
 bool ComposeDragImage() {
-  if (g_drag.mode != 1 || !g_drag.live || !P().open) return false;
+  if (g_drag.mode != 1 || !g_drag.showingSet || !P().open) return false;
   return ComposeSetImage(g_drag.area);
+}
+
+DragFeedback ShowPieceInstead() {
+  DragFeedback fb;
+  if (g_drag.mode != 1 || !g_drag.showingSet || !P().open) return fb;
+  g_drag.showingSet = false;
+  const int area = g_drag.area;
+  Recompose(area, g_drag.setBox);
+  // The grabbed piece alone from here on, drawn at the pointer as the next step would.
+  const Pieza& piece = P().pieces[SliceAt(area, 0)];
+  ComponerArea(area, piece.x, piece.y, P().W, P().H, false, true);
+  fb.erase = true;
+  const Box& b = g_drag.setBox;
+  fb.eraseRect = EngineRect{Clamp32(b.x0), Clamp32(b.y0), Clamp32(b.x1 - b.x0), Clamp32(b.y1 - b.y0)};
+  const EnginePoint pointer{Clamp32(static_cast<std::int64_t>(g_drag.position.x) + g_drag.grab.x),
+                            Clamp32(static_cast<std::int64_t>(g_drag.position.y) + g_drag.grab.y)};
+  DragFeedback step;
+  DragPiece(area, pointer, g_drag.under, step);
+  if (step.drawFrame) {
+    fb.drawFrame = true;
+    fb.frameRect = step.frameRect;
+  }
+  fb.cursor = step.cursor;
+  return fb;
 }
 
 DragFrameView DragFrame() {

@@ -111,6 +111,9 @@ struct DragImageView {
 DragImageView DragImage();
 // Composes the drag image of the drag under way again (what button-down does).
 bool ComposeDragImage();
+// The window layer could not show the drag image: the rest of this drag shows the grabbed
+// piece alone, drawn in its window, and the set where it lies (the drop is the same).
+DragFeedback ShowPieceInstead();
 
 // ---- Engine operations ---------------------------------------------------------------------
 

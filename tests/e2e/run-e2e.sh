@@ -44,7 +44,19 @@ exec xvfb-run -a -s "-screen 0 ${size}x${depth}" bash -c '
   sleep 2
   failures=0
   pause() { sleep "${1:-0.3}"; }
-  while read -r step a b c d e; do
+  compare() {
+    if ! "$planner" compare "$work/plan/$1.ppm" "$work/shots/$1.ppm" 12; then
+      failures=$((failures + 1))
+      convert-im6.q16 "$work/shots/$1.ppm" "$work/shots/$1-seen.png"
+      convert-im6.q16 "$work/plan/$1.ppm" "$work/shots/$1-expected.png"
+      echo "FAILED: board after step $1 differs (see $work/shots)"
+    fi
+  }
+  crop() {
+    import-im6.q16 -window root -depth 8 "$work/shots/$1-screen.png"
+    convert-im6.q16 "$work/shots/$1-screen.png" -crop "${4}x${5}+${2}+${3}" +repage -depth 8 "$work/shots/$1.ppm"
+  }
+  while read -r step a b c d e f g h i; do
     case $step in
       wait) pause "$a" ;;
       move) xdotool mousemove "$a" "$b"; pause 0.3 ;;
@@ -60,16 +72,17 @@ exec xvfb-run -a -s "-screen 0 ${size}x${depth}" bash -c '
         # Park the pointer where it covers nothing that is checked: on the title bar between the
         # about button and the clock, away from the edge strips that slide the bars out.
         xdotool mousemove $((width / 2 + 40)) 2; pause 0.5
-        import-im6.q16 -window root -depth 8 "$work/shots/$a-screen.png"
-        convert-im6.q16 "$work/shots/$a-screen.png" -crop "${d}x${e}+${b}+${c}" +repage -depth 8 "$work/shots/$a.ppm"
-        if [ "$step" = shot ]; then
-          if ! "$planner" compare "$work/plan/$a.ppm" "$work/shots/$a.ppm" 12; then
-            failures=$((failures + 1))
-            convert-im6.q16 "$work/shots/$a.ppm" "$work/shots/$a-seen.png"
-            convert-im6.q16 "$work/plan/$a.ppm" "$work/shots/$a-expected.png"
-            echo "FAILED: board after step $a differs (see $work/shots)"
-          fi
-        fi ;;
+        crop "$a" "$b" "$c" "$d" "$e"
+        [ "$step" = shot ] && compare "$a" ;;
+      heldshot)
+        # A drag held over its drop point while the screen is taken, then released.
+        xdotool mousemove "$f" "$g"; pause 0.4
+        xdotool mousedown 1; pause 0.4
+        xdotool mousemove $(( (f + h) / 2 )) $(( (g + i) / 2 )); pause 0.3
+        xdotool mousemove "$h" "$i"; pause 0.8
+        crop "$a" "$b" "$c" "$d" "$e"
+        xdotool mouseup 1; pause 0.6
+        compare "$a" ;;
       key) xdotool key "$a"; pause 0.5 ;;
       type) xdotool type --delay 120 "$a"; pause 0.5 ;;
       look) import-im6.q16 -window root "$work/shots/$a-screen.png" ;;

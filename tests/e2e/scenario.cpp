@@ -89,8 +89,12 @@ class Scenario {
   // Pieces.
   bool GrabPoint(int area, std::uint32_t piece, EnginePoint& grab) const;
   bool EmptyPoint(int area, EnginePoint near, EnginePoint& found) const;
-  // Drags a piece of `area` so that its cell lands at `to` in the same area.
-  bool MovePiece(int area, std::uint32_t piece, EnginePoint to);
+  // Drags a piece of `area` so that its cell lands at `to` in the same area; with a shot name,
+  // the screen is also checked while the button is still held over the drop point.
+  bool MovePiece(int area, std::uint32_t piece, EnginePoint to, const std::string& heldShot = "");
+  // The board as the screen shows it in the middle of a drag: the area without the moving set,
+  // and the drag image over it, wherever it is.
+  bool HeldShot(const std::string& name, int area, ScreenPoint from, ScreenPoint to);
   std::uint32_t GroupOf(std::uint32_t piece) const { return Puzzle().pieces[piece].group; }
 
   ScenarioSetup s_;
@@ -181,7 +185,8 @@ bool Scenario::EmptyPoint(int area, EnginePoint near, EnginePoint& found) const 
   return false;
 }
 
-bool Scenario::MovePiece(int area, std::uint32_t piece, EnginePoint to) {
+bool Scenario::MovePiece(int area, std::uint32_t piece, EnginePoint to,
+                         const std::string& heldShot) {
   EnginePoint grab;
   if (!GrabPoint(area, piece, grab)) {
     std::fprintf(stderr, "piece %u cannot be taken\n", piece);
@@ -196,8 +201,49 @@ bool Scenario::MovePiece(int area, std::uint32_t piece, EnginePoint to) {
   const PointerTarget here{PointerOver::StartArea, area, drop};
   ButtonDown(area, grab);
   DragStep(area, drop, here);
+  if (!heldShot.empty() && !HeldShot(heldShot, area, ToScreen(area, grab), ToScreen(area, drop))) {
+    return false;
+  }
   ButtonUp(area, drop, here);
-  Drag(ToScreen(area, grab), ToScreen(area, drop));
+  if (heldShot.empty()) Drag(ToScreen(area, grab), ToScreen(area, drop));
+  return true;
+}
+
+bool Scenario::HeldShot(const std::string& name, int area, ScreenPoint from, ScreenPoint to) {
+  const AreaSurface* surface = GetAreaSurface(area);
+  const DragImageView drag = DragImage();
+  if (!surface || surface->width <= 0 || !drag.pixels) {
+    std::fprintf(stderr, "no drag image to check at %s\n", name.c_str());
+    return false;
+  }
+  Rgb24 image;
+  image.width = surface->width;
+  image.height = surface->height;
+  image.pixels.resize(static_cast<std::size_t>(image.width) * image.height * 3);
+  const ScreenPoint o = AreaOrigin(area);
+  for (int y = 0; y < image.height; ++y) {
+    const std::uint8_t* row = surface->bits.data() + (image.height - 1 - y) * surface->stride;
+    for (int x = 0; x < image.width; ++x) {
+      std::uint8_t* out = &image.pixels[(static_cast<std::size_t>(y) * image.width + x) * 3];
+      for (int c = 0; c < 3; ++c) out[c] = row[x * 3 + 2 - c];
+      // The drag image's pixels are premultiplied blue, green, red and alpha, bottom-up.
+      const int ix = x - drag.at.x;
+      const int iy = y - drag.at.y;
+      if (ix >= 0 && iy >= 0 && ix < drag.width && iy < drag.height) {
+        const std::uint32_t px =
+            drag.pixels[static_cast<std::size_t>(drag.height - 1 - iy) * drag.width + ix];
+        const int alpha = static_cast<int>(px >> 24);
+        for (int c = 0; c < 3; ++c) {
+          const int over = static_cast<int>((px >> (16 - 8 * c)) & 0xff);
+          out[c] = static_cast<std::uint8_t>(std::min(255, over + out[c] * (255 - alpha) / 255));
+        }
+      }
+      if (Covered({o.x + x, o.y + y})) std::copy(kUnchecked, kUnchecked + 3, out);
+    }
+  }
+  if (!WritePpm(s_.outDir + "/" + name + ".ppm", image)) return false;
+  steps_ << "heldshot " << name << ' ' << o.x << ' ' << o.y << ' ' << image.width << ' '
+         << image.height << ' ' << from.x << ' ' << from.y << ' ' << to.x << ' ' << to.y << '\n';
   return true;
 }
 
@@ -313,7 +359,8 @@ bool Scenario::JoinAndMoveGroup() {
     return false;
   }
   if (!Shot("joined", AREA_TABLERO)) return false;
-  if (!MovePiece(AREA_TABLERO, 0, {40, 30})) return false;
+  // Held half-way, the whole group rides under the pointer and its old place shows the table.
+  if (!MovePiece(AREA_TABLERO, 0, {40, 30}, "group-held")) return false;
   return Shot("group-moved", AREA_TABLERO);
 }
 

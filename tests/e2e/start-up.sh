@@ -34,7 +34,8 @@ case $mode in
       wineserver -p
       (cd "$dist" && WINEDEBUG=fixme-all exec wine Quorvex.exe >/dev/null 2>"$2/wine.log" </dev/null) &
       window=
-      for _ in $(seq 1 120); do
+      # The introduction plays first (seven seconds); a loaded machine may take much longer.
+      for _ in $(seq 1 240); do
         window=$(xdotool search --name "^Quorvex$" 2>/dev/null | head -1)
         [ -n "$window" ] && break
         sleep 0.5

@@ -80,6 +80,7 @@ class PlayTest : public EngineTest {
   // 4 x 4 pieces with a 100-pixel core on a 900 x 700 board.
   void SetUp() override {
     EngineTest::SetUp();
+    SetLiveDrag(true);
     ASSERT_TRUE(StartGame(400, 400, 4, 4));
     ASSERT_EQ(Puzzle().cw, 100);
   }
@@ -318,7 +319,10 @@ TEST_F(SmallPuzzleTest, SolvingTwiceChangesNothingTheSecondTime) {
 
 // ---- The mouse ------------------------------------------------------------------------------
 
+// The drag that shows the grabbed piece alone, drawn in its window (what a drag falls back to
+// when the system cannot show the drag image).
 TEST_F(PlayTest, DraggingDrawsThePieceInTheFrameAndDropsWhereItWasDragged) {
+  SetLiveDrag(false);
   Arrange({{AREA_TABLERO, {{9, 470, 300}, {3, 380, 290}}}});
   const EstadoPuzzle& p = Puzzle();
   const EnginePoint down{380 + p.mx + 10, 290 + p.my + 10};
@@ -427,7 +431,20 @@ TEST_F(PlayTest, LiveDragShowsTheWholeGroupAsOneImageAndDropsItWhereItWasShown) 
   ButtonUp(AREA_TABLERO, EnginePoint{-1, -1}, Over(PointerOver::Outside));
   EXPECT_TRUE(BoardShowsPiece(2, OnCore(2).x, OnCore(2).y));
   EXPECT_EQ(Piece(2).x, 500);
-  SetLiveDrag(false);
+
+  // With no image to show, the rest of the drag shows the grabbed piece alone, the set where
+  // it lies, and the drop is the same.
+  ButtonDown(AREA_TABLERO, OnCore(3));
+  fb = ShowPieceInstead();
+  EXPECT_TRUE(fb.erase);
+  EXPECT_EQ(DragImage().pixels, nullptr);
+  EXPECT_TRUE(BoardShowsPiece(2, OnCore(2).x, OnCore(2).y));
+  fb = DragStep(AREA_TABLERO, EnginePoint{OnCore(3).x + 30, OnCore(3).y}, Over(PointerOver::StartArea));
+  EXPECT_FALSE(fb.moveImage);
+  EXPECT_TRUE(fb.drawFrame);
+  ButtonUp(AREA_TABLERO, EnginePoint{OnCore(3).x + 30, OnCore(3).y}, Over(PointerOver::StartArea));
+  EXPECT_EQ(Piece(2).x, 530);
+  EXPECT_EQ(Piece(3).x, 130);
 }
 
 TEST_F(PlayTest, DropOutsideTheProgramOrALostCaptureCancels) {

@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "graphics/control_dc.h"
@@ -157,6 +158,13 @@ std::vector<std::uint32_t> Shown(HWND window, const RECT& r) {
   return pixels;
 }
 
+// Where the drag image's window lies on the screen, or an empty rectangle.
+RECT DragImagePlace() {
+  RECT r{};
+  if (DragImageWindow() && IsWindowVisible(DragImageWindow())) GetWindowRect(DragImageWindow(), &r);
+  return r;
+}
+
 // Another window taking the capture in the middle of a drag (as a system dialog would) puts the
 // piece back where it was picked up and wipes the frame drawn where it had been dragged to.
 TEST(PuzzleBoard, CaptureTakenAwayMidDragPutsThePieceBack) {
@@ -179,11 +187,15 @@ TEST(PuzzleBoard, CaptureTakenAwayMidDragPutsThePieceBack) {
   MoveTo(from.x + dx, from.y);
   ASSERT_EQ(DragMode(), 1);
   ASSERT_EQ(GetCapture(), board);
-  EXPECT_NE(Shown(board, away), table);  // the piece is drawn at the pointer
+  // The piece rides at the pointer in the drag image, over the table left as it was.
+  ASSERT_TRUE(LiveDrag());
+  EXPECT_EQ(DragImagePlace().left, OnScreen(board, away.left, away.top).x);
+  EXPECT_EQ(Shown(board, away), table);
 
   SetCapture(MainWindow());
   Pump(30);
   EXPECT_EQ(DragMode(), 0);
+  EXPECT_EQ(DragImageWindow(), nullptr);
   const Pieza& now = Puzzle().pieces[k];
   EXPECT_EQ(now.x, before.x);
   EXPECT_EQ(now.y, before.y);
@@ -194,13 +206,6 @@ TEST(PuzzleBoard, CaptureTakenAwayMidDragPutsThePieceBack) {
   EXPECT_EQ(Puzzle().pieces[k].x, before.x);
   EXPECT_EQ(Puzzle().pieces[k].y, before.y);
   EXPECT_EQ(Shown(board, away), table);
-}
-
-// Where the drag image's window lies on the screen, or an empty rectangle.
-RECT DragImagePlace() {
-  RECT r{};
-  if (DragImageWindow() && IsWindowVisible(DragImageWindow())) GetWindowRect(DragImageWindow(), &r);
-  return r;
 }
 
 // With live drags the piece rides under the pointer in a layered window that lets the pointer
@@ -236,11 +241,16 @@ TEST(PuzzleBoard, LiveDragArrowsNudgeAndEscapeCancels) {
   EXPECT_EQ(Puzzle().pieces[k].y, before.y);
 }
 
-// The game's own drags (the piece alone follows the pointer): Escape still puts it back, and an
-// arrow key moves where it lands by one pixel.
-TEST(PuzzleBoard, DragKeysWorkInTheGamesOwnDrag) {
+// The drag that shows the grabbed piece alone (what a drag falls back to when the system cannot
+// show the drag image): Escape still puts it back, and an arrow key moves where it lands by one
+// pixel.
+TEST(PuzzleBoard, DragKeysWorkInThePieceOnlyDrag) {
+  struct PieceOnly {
+    bool was = LiveDrag();
+    PieceOnly() { SetLiveDrag(false); }
+    ~PieceOnly() { SetLiveDrag(was); }
+  } pieceOnly;
   HWND board = BoardWindow();
-  ASSERT_FALSE(LiveDrag());
   POINT from;
   std::uint32_t k = 0;
   ASSERT_TRUE(PickablePiece(AREA_TABLERO, board, &from, &k));
@@ -292,12 +302,43 @@ TEST(PieceBoxes, DropOnTheBoxButtonFillsTheBoxAndItsPicture) {
   EXPECT_EQ(piece.y, (area.bottom - Puzzle().H) / 2);
 }
 
+// How many of the drag image's opaque pixels the screen shows as they are, and how many there are.
+std::pair<int, int> ScreenShowsDragImage() {
+  const DragImageView view = DragImage();
+  const RECT place = DragImagePlace();
+  if (!view.pixels || place.right - place.left != view.width) return {0, 0};
+  Canvas canvas(view.width, view.height);
+  HDC screen = GetDC(nullptr);
+  BitBlt(canvas.dc(), 0, 0, view.width, view.height, screen, place.left, place.top, SRCCOPY);
+  ReleaseDC(nullptr, screen);
+  int shown = 0, opaque = 0;
+  for (int y = 0; y < view.height; ++y) {
+    for (int x = 0; x < view.width; ++x) {
+      const std::uint32_t px = view.pixels[(view.height - 1 - y) * view.width + x];
+      if ((px >> 24) != 255) continue;
+      ++opaque;
+      if (canvas.At(x, y) == (px & 0x00FFFFFF)) ++shown;
+    }
+  }
+  return {shown, opaque};
+}
+
 TEST(PieceBoxes, TakingTheLastPieceOutEmptiesTheButton) {
   ASSERT_EQ(AreaPieceCount(0), 1);
   ShowFrame(BoxWindow(0));
   POINT from;
   ASSERT_TRUE(PickablePiece(0, BoxArea(0), &from));
-  Drag(from, OnScreen(BoardWindow(), 700, 150));
+  // Taken out of the box and held over the board, the piece stays in sight.
+  const POINT to = OnScreen(BoardWindow(), 700, 150);
+  MoveTo(from);
+  LeftDown();
+  MoveTo((from.x + to.x) / 2, (from.y + to.y) / 2);
+  MoveTo(to);
+  const auto [shown, opaque] = ScreenShowsDragImage();
+  EXPECT_GT(opaque, Puzzle().W * Puzzle().H / 4);
+  EXPECT_EQ(shown, opaque);
+  LeftUp();
+  Pump(60);
   EXPECT_EQ(AreaPieceCount(0), 0);
   EXPECT_EQ(AreaPieceCount(AREA_TABLERO), 12);
   EXPECT_TRUE(ButtonShows(BoxButton(0), 200));
