@@ -75,7 +75,17 @@ HWND OpenCentredScreen(const char* className, DWORD style, int clientWidth, int 
 }
 
 void EnableOwnerOnClose(HWND screen) {
-  if (HWND owner = GetWindow(screen, GW_OWNER)) EnableWindow(owner, TRUE);
+  HWND owner = GetWindow(screen, GW_OWNER);
+  if (!owner) return;
+  EnableWindow(owner, TRUE);
+  // The keyboard goes back to the owner with the activation. Under Wine the owner of a screen
+  // destroyed while it was active did not always become active again, and keys then reached no
+  // window of the game (Escape during a drag among them).
+  HWND active = GetActiveWindow();
+  if (!active || active == screen) {
+    SetForegroundWindow(owner);
+    SetActiveWindow(owner);
+  }
 }
 
 void StartBackgroundDrag(HWND screen, BackgroundDrag& drag) {

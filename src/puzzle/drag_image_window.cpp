@@ -87,11 +87,14 @@ LRESULT CALLBACK DragImageWindowProc(HWND window, UINT message, WPARAM wParam, L
 bool ShowDragImage(POINT at) {
   const DragImageView view = DragImage();
   if (!view.pixels || !view.bitmapInfo || view.width < 1 || view.height < 1) return false;
-  if (!Create() || !Upload(view, at)) {
+  if (!Create()) return false;
+  // Shown before its pixels are handed over: under Wine, pixels given to a layered window that
+  // is not yet shown were sometimes never seen once it was.
+  ShowWindow(g_window, SW_SHOWNOACTIVATE);
+  if (!Upload(view, at)) {
     HideDragImage();
     return false;
   }
-  ShowWindow(g_window, SW_SHOWNOACTIVATE);
   return true;
 }
 

@@ -83,6 +83,14 @@ exec xvfb-run -a -s "-screen 0 ${size}x${depth}" bash -c '
         crop "$a" "$b" "$c" "$d" "$e"
         xdotool mouseup 1; pause 0.6
         compare "$a" ;;
+      escape)
+        # A drag given up with Escape while the button is still held.
+        xdotool mousemove "$a" "$b"; pause 0.4
+        xdotool mousedown 1; pause 0.4
+        xdotool mousemove $(( (a + c) / 2 )) $(( (b + d) / 2 )); pause 0.3
+        xdotool mousemove "$c" "$d"; pause 0.4
+        xdotool key Escape; pause 0.5
+        xdotool mouseup 1; pause 0.6 ;;
       key) xdotool key "$a"; pause 0.5 ;;
       type) xdotool type --delay 120 "$a"; pause 0.5 ;;
       look) import-im6.q16 -window root "$work/shots/$a-screen.png" ;;

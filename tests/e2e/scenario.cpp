@@ -95,6 +95,8 @@ class Scenario {
   // The board as the screen shows it in the middle of a drag: the area without the moving set,
   // and the drag image over it, wherever it is.
   bool HeldShot(const std::string& name, int area, ScreenPoint from, ScreenPoint to);
+  // Drags a piece towards `to` and presses Escape before letting go: it stays where it was.
+  bool CancelledDrag(int area, std::uint32_t piece, EnginePoint to);
   std::uint32_t GroupOf(std::uint32_t piece) const { return Puzzle().pieces[piece].group; }
 
   ScenarioSetup s_;
@@ -206,6 +208,24 @@ bool Scenario::MovePiece(int area, std::uint32_t piece, EnginePoint to,
   }
   ButtonUp(area, drop, here);
   if (heldShot.empty()) Drag(ToScreen(area, grab), ToScreen(area, drop));
+  return true;
+}
+
+bool Scenario::CancelledDrag(int area, std::uint32_t piece, EnginePoint to) {
+  EnginePoint grab;
+  if (!GrabPoint(area, piece, grab)) {
+    std::fprintf(stderr, "piece %u cannot be taken\n", piece);
+    return false;
+  }
+  const Pieza& k = Puzzle().pieces[piece];
+  const EnginePoint drop{grab.x + to.x - k.x, grab.y + to.y - k.y};
+  if (!InsideArea(area, drop)) return false;
+  // As the window does on Escape: a drop over no window of the program.
+  ButtonDown(area, grab);
+  DragStep(area, drop, PointerTarget{PointerOver::StartArea, area, drop});
+  ButtonUp(area, EnginePoint{-1, -1}, PointerTarget{});
+  const ScreenPoint from = ToScreen(area, grab), at = ToScreen(area, drop);
+  steps_ << "escape " << from.x << ' ' << from.y << ' ' << at.x << ' ' << at.y << '\n';
   return true;
 }
 
@@ -361,6 +381,8 @@ bool Scenario::JoinAndMoveGroup() {
   if (!Shot("joined", AREA_TABLERO)) return false;
   // Held half-way, the whole group rides under the pointer and its old place shows the table.
   if (!MovePiece(AREA_TABLERO, 0, {40, 30}, "group-held")) return false;
+  // Escape before the release puts the group back where it was taken.
+  if (!CancelledDrag(AREA_TABLERO, 1, {300, 200})) return false;
   return Shot("group-moved", AREA_TABLERO);
 }
 
