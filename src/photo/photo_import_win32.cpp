@@ -82,8 +82,9 @@ std::string AnsiStem(const std::wstring& stem) {
     }
     char bytes[8];
     BOOL usedDefault = FALSE;
-    const int count = WideCharToMultiByte(codePage, utf8 ? 0 : WC_NO_BEST_FIT_CHARS, &stem[i], units,
-                                          bytes, sizeof bytes, nullptr, utf8 ? nullptr : &usedDefault);
+    const DWORD flags = utf8 ? 0 : WC_NO_BEST_FIT_CHARS;
+    const int count = WideCharToMultiByte(codePage, flags, &stem[i], units, bytes, sizeof bytes,
+                                          nullptr, utf8 ? nullptr : &usedDefault);
     const bool lone = units == 1 && (IS_HIGH_SURROGATE(stem[i]) || IS_LOW_SURROGATE(stem[i]));
     std::string character;
     if (count <= 0 || usedDefault || lone || (count > 1 && HasRefusedByte(bytes, count))) {

@@ -83,7 +83,8 @@ Difference DifferenceFrom(const std::string& path, const Reference& ref) {
       for (int k = 0; k < 3; ++k) {
         sum += std::abs(got[k] - want[k]);
         if (x / 4 < blocksAcross && y / 4 < blocksDown) {
-          blockSums[(static_cast<std::size_t>(y / 4) * blocksAcross + x / 4) * 3 + k] += got[k] - want[k];
+          const std::size_t block = static_cast<std::size_t>(y / 4) * blocksAcross + x / 4;
+          blockSums[block * 3 + k] += got[k] - want[k];
         }
       }
     }
@@ -160,7 +161,8 @@ TEST(PhotoImport, EachBadPhotoOrFolderEndsInItsErrorAndLeavesTheFolderAsItWas) {
   const std::vector<std::uint8_t> jpeg = ReadBytes("photos/camera.jpg");
   ASSERT_GT(jpeg.size(), 400u);
   WriteBytes(bad + "cut.jpg", std::vector<std::uint8_t>(jpeg.begin(), jpeg.begin() + 120));
-  WriteBytes(bad + "half.jpg", std::vector<std::uint8_t>(jpeg.begin(), jpeg.begin() + jpeg.size() / 2));
+  const std::ptrdiff_t half = static_cast<std::ptrdiff_t>(jpeg.size() / 2);
+  WriteBytes(bad + "half.jpg", std::vector<std::uint8_t>(jpeg.begin(), jpeg.begin() + half));
   WriteBytes(bad + "huge.png", PngClaiming(12000, 12000));  // 144 megapixels claimed
   WriteBytes(bad + "held.png", ReadBytes("photos/small.png"));
   HANDLE held = CreateFileA((bad + "held.png").c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
