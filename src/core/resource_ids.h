@@ -30,11 +30,13 @@
 #define IDS_PRINTING 210  // the print wait window's line
 #define IDS_INFO_PRESENTATION 300  // the information screen's video buttons
 #define IDS_INFO_HOW_TO_PLAY 310
-#define IDS_INFO_NO_PICTURE 320  // shown instead of a name for a picture of the player's own
+#define IDS_INFO_NO_PICTURE 320  // shown when no picture is being played
 // A player's own photograph: the new-game tile's caption, the description it gets, and why one
 // could not be made into a picture (400 + 10 x PhotoImportError + language).
 #define IDS_OWN_PICTURE_TILE 330
 #define IDS_OWN_PICTURE_DESCRIPTION 340
+#define IDS_OWN_PICTURE_FILTER 350        // the Open dialog's name for its list of formats
+#define IDS_OWN_PICTURE_DIALOG_TITLE 360  // and its title
 #define IDS_PHOTO_IMPORT_ERROR 400
 #define IDS_PRODUCT 1000  // 1000 + 10 * product + language, products 0..2
 #define IDS_PRODUCT_COUNT 3

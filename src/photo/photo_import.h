@@ -5,8 +5,14 @@
 #include <string>
 
 #include "graphics/dib_layout.h"
+#include "setup/pickers.h"
 
 namespace qv {
+
+// The shortest side a photograph may have: the coarsest grid of the smallest pieces at the
+// photograph's own size. Anything smaller would be cut from enlarged pixels, down to a 1 x 1
+// picture that holds no puzzle at all.
+constexpr int kSmallestPhotoSide = kFewestPiecesAlongSide * kSmallestPieceSide;
 
 // Why a photograph did not become a picture. Each has its own localized message, string
 // IDS_PHOTO_IMPORT_ERROR + 10 x the value + the language.
@@ -37,7 +43,8 @@ struct PhotoImportResult {
 PhotoImportResult ImportPhoto(const std::wstring& photoPath, const std::string& pictureFolder,
                               RgbQuad table);
 
-// The string base of an error's message (add the language index).
+// The string base of an error's message (add the language index). kNone, and any value outside
+// the list, answers the base of kNone, which has no string: there is nothing to tell.
 unsigned PhotoImportMessage(PhotoImportError error);
 
 }  // namespace qv

@@ -46,6 +46,17 @@ bool MosaicoPuzzle(HIMAGE tile) {
 
 bool HasTableTexture() { return g_tile != nullptr; }
 
+RgbQuad TableColour() {
+  if (!g_tile) return RgbQuad{40, 60, 90, 0};
+  constexpr long kPixels = long{MOSAICO_TAMX} * MOSAICO_TAMY;
+  long sums[3] = {0, 0, 0};
+  for (long i = 0; i < kPixels; ++i) {
+    for (int c = 0; c < 3; ++c) sums[c] += g_tileBgr[i * 3 + c];
+  }
+  auto mean = [](long sum) { return static_cast<std::uint8_t>((sum + kPixels / 2) / kPixels); };
+  return RgbQuad{mean(sums[0]), mean(sums[1]), mean(sums[2]), 0};
+}
+
 namespace engine {
 
 const std::uint8_t* TextureBgr() { return g_tile ? g_tileBgr : nullptr; }

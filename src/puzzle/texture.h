@@ -13,4 +13,8 @@ constexpr int MOSAICO_TAMY = 100;
 bool MosaicoPuzzle(HIMAGE tile);
 bool HasTableTexture();
 
+// The tile's average colour: what a photograph's transparent parts become, so that they look
+// like the table they will lie on. A dark wood brown while no tile is set.
+RgbQuad TableColour();
+
 }  // namespace qv

@@ -1,5 +1,5 @@
-// CWNDINFO: the name and description of the built-in picture being played beside its preview,
-// with close, print and the presentation and how-to-play clips.
+// CWNDINFO: the name and description of the picture being played (built-in or the player's own
+// photograph) beside its preview, with close, print and the presentation and how-to-play clips.
 #include "screens/info_window.h"
 
 #include <string>
@@ -50,16 +50,12 @@ struct InfoRecord {
   ControlDC closeImage, printImage, presentationImage, howToPlayImage;
   HWND close = nullptr, print = nullptr, presentation = nullptr, howToPlay = nullptr;
   HWND preview = nullptr;
-  int picture = -1;  // the built-in picture being played, -1 for none
+  std::string path;  // the picture being played, "" for none
   std::string name, description, captions[2];
   int textHeight = kSmallestText;
   BackgroundDrag drag;
 };
 
-int CurrentPictureIndex() {
-  if (!PuzzlePicture()) return -1;
-  return BuiltInPictureIndex(ProgramFolder(), PuzzlePicturePath());
-}
 
 // The largest text height at which the whole description fits under the name, measured with the
 // system's own word breaking (the justified routine breaks lines the same greedy way), with one
@@ -84,11 +80,17 @@ int FittingTextHeight(const std::string& text, int width, int height) {
 }
 
 void LoadTexts(InfoRecord& r) {
-  r.picture = CurrentPictureIndex();
-  if (r.picture >= 0) {
-    const auto id = static_cast<std::uint32_t>(r.picture);
+  r.path = PuzzlePicture() ? PuzzlePicturePath() : "";
+  const int builtIn = r.path.empty() ? -1 : BuiltInPictureIndex(ProgramFolder(), r.path);
+  if (builtIn >= 0) {
+    const auto id = static_cast<std::uint32_t>(builtIn);
     r.name = ModuleString(IDS_PICTURE_NAME + 1 + id, kNameLength + 1);
     r.description = ModuleString(IDS_PICTURE_DESCRIPTION + 1 + id, kDescriptionLength + 1);
+  } else if (!r.path.empty()) {
+    // A photograph of the player's own is called by its file name, as the new-game screen
+    // showed it.
+    r.name = OwnPictureName(r.path).substr(0, kNameLength);
+    r.description = LocalizedString(IDS_OWN_PICTURE_DESCRIPTION, kDescriptionLength + 1);
   } else {
     r.description = LocalizedString(IDS_INFO_NO_PICTURE, 200);
   }
@@ -111,8 +113,8 @@ void CreateButtons(HWND screen, InfoRecord& r) {
                                       r.presentationImage.Dib(), kInfoPresentationId);
   r.howToPlay = CreatePictureChild(screen, kCommandClass, kHowToPlayX, kVideoButtonY,
                                    r.howToPlayImage.Dib(), kInfoHowToPlayId);
-  // Only a built-in picture has a file of the game's own to print.
-  if (r.picture < 0 && r.print) SendMessageA(r.print, MWM_SETENABLED, 0, 0);
+  // With no picture there is nothing to print.
+  if (r.path.empty() && r.print) SendMessageA(r.print, MWM_SETENABLED, 0, 0);
 }
 
 LRESULT OnCreate(HWND screen) {
@@ -169,11 +171,10 @@ void OnPaint(HWND screen, const InfoRecord& r) {
 
 // Printing runs here to its end behind the wait window, with the music paused meanwhile.
 void PrintCurrentPicture(HWND screen, const InfoRecord& r) {
-  if (r.picture < 0) return;
+  if (r.path.empty()) return;
   HWND wait = OpenPrintWait(screen);
   PauseMusic();
-  const std::string path = ProgramFolder() + "image\\" + std::to_string(r.picture + 1) + ".bmp";
-  PrintPicture(wait, path.c_str(), r.picture);
+  PrintPicture(wait, r.path.c_str(), r.name, r.description);
   ResumeMusic();
   if (wait) SendMessageA(wait, WM_CLOSE, 0, 0);
 }

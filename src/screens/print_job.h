@@ -3,12 +3,16 @@
 
 #include <windows.h>
 
+#include <string>
+
 namespace qv {
 
-// The built-in picture `index` (0..14) of file bmpPath on one page of the default printer; the
-// wait window, when there is one, shows a step per band. False when nothing was printed: no
-// printer, a file that is missing or not a whole 256-colour picture, or a page with no room.
-bool PrintPicture(HWND waitWindow, const char* bmpPath, int index);
+// The picture of file bmpPath on one page of the default printer, with its name as the title
+// and its description under it; the wait window, when there is one, shows a step per band.
+// False when nothing was printed: no printer, a file that is missing or not a whole 256-colour
+// picture, or a page with no room.
+bool PrintPicture(HWND waitWindow, const char* bmpPath, const std::string& title,
+                  const std::string& description);
 
 // The wait window over `owner` (disabled until it closes), and its progress: step 0..4 done.
 HWND OpenPrintWait(HWND owner);

@@ -18,8 +18,6 @@ namespace {
 
 constexpr std::uint32_t kTopBannerImage = 263;
 constexpr std::uint32_t kBottomBannerImage = 264;
-constexpr int kTitleLength = 70;
-constexpr int kDescriptionLength = 1000;
 
 // The default printer's name, or "" when there is none. Wine's spooler lists no printer for
 // PRINTER_ENUM_DEFAULT even when one is set, so an empty list asks GetDefaultPrinterA too.
@@ -139,8 +137,9 @@ void PrintText(HDC printer, const std::string& text, int height, const PrintRect
 
 }  // namespace
 
-bool PrintPicture(HWND waitWindow, const char* bmpPath, int index) {
-  if (!bmpPath || index < 0 || index > 14) return false;
+bool PrintPicture(HWND waitWindow, const char* bmpPath, const std::string& title,
+                  const std::string& description) {
+  if (!bmpPath) return false;
   const std::string printer = DefaultPrinter();
   if (printer.empty()) return false;
 
@@ -184,10 +183,8 @@ bool PrintPicture(HWND waitWindow, const char* bmpPath, int index) {
   PrintBanner(r, top, layout.topBanner);
   PrintBanner(r, bottom, layout.bottomBanner);
   PrintBands(r, waitWindow, head, picture, layout);
-  const auto id = static_cast<std::uint32_t>(index);
-  PrintText(r.printer, ModuleString(5001 + id, kTitleLength + 1), layout.titleHeight, layout.title);
-  PrintText(r.printer, ModuleString(6001 + id, kDescriptionLength + 1), layout.descriptionHeight,
-            layout.description);
+  PrintText(r.printer, title, layout.titleHeight, layout.title);
+  PrintText(r.printer, description, layout.descriptionHeight, layout.description);
   EndPage(r.printer);
   EndDoc(r.printer);
   return true;

@@ -121,6 +121,13 @@ int BuiltInPictureIndex(const std::string& programFolder, const std::string& pic
   return number - 1;
 }
 
+std::string OwnPictureName(const std::string& picturePath) {
+  const std::size_t slash = picturePath.find_last_of("\\/");
+  std::string name = slash == std::string::npos ? picturePath : picturePath.substr(slash + 1);
+  if (name.size() >= 4 && SameFolded(name, name.size() - 4, ".bmp")) name.resize(name.size() - 4);
+  return name;
+}
+
 PrintRect FitPicture(int boxWidth, int boxHeight, int pictureWidth, int pictureHeight) {
   if (boxWidth < 1 || boxHeight < 1 || pictureWidth < 1 || pictureHeight < 1) return {};
   int width = boxWidth;

@@ -53,6 +53,10 @@ bool CheckPrintablePicture(const std::uint8_t* head, std::size_t headSize, std::
 // "Image\15.bmp" (letters in any case, either slash), -1 for any other path.
 int BuiltInPictureIndex(const std::string& programFolder, const std::string& picturePath);
 
+// What any other picture (a photograph of the player's own) is called wherever the built-in ones
+// show their names: its file name without the folder and without ".bmp" (in any case).
+std::string OwnPictureName(const std::string& picturePath);
+
 // A picture of pw x ph shrunk (or grown) to fit a box, proportions kept, centred in it.
 PrintRect FitPicture(int boxWidth, int boxHeight, int pictureWidth, int pictureHeight);
 

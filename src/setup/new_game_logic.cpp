@@ -46,8 +46,15 @@ std::vector<RollStep> RollSteps() {
 
 // ---- Pages --------------------------------------------------------------------------------
 
+namespace {
+
+// The pictures and the own-picture tile after them.
+int ItemCount(int pictures) { return std::max(0, pictures) + 1; }
+
+}  // namespace
+
 int ClampFirst(int first, int count) {
-  return std::clamp(first, 0, std::max(0, count - kTileCount));
+  return std::clamp(first, 0, std::max(0, ItemCount(count) - kTileCount));
 }
 
 PicturePage NextPage(PicturePage page) {
@@ -61,12 +68,27 @@ PicturePage PreviousPage(PicturePage page) {
 }
 
 bool CanPageBack(const PicturePage& page) { return page.first > 0; }
-bool CanPageOn(const PicturePage& page) { return page.first + kTileCount < page.count; }
+bool CanPageOn(const PicturePage& page) { return page.first + kTileCount < ItemCount(page.count); }
 
 int PictureOfTile(const PicturePage& page, int tile) {
   if (tile < 0 || tile >= kTileCount) return -1;
   const int picture = page.first + tile;
-  return picture < page.count ? picture : -1;
+  return picture >= 0 && picture < page.count ? picture : -1;
+}
+
+int OwnPictureTile(const PicturePage& page) {
+  const int tile = std::max(0, page.count) - page.first;
+  return tile >= 0 && tile < kTileCount ? tile : -1;
+}
+
+PicturePage PageShowing(PicturePage page, int picture) {
+  if (picture < page.first) {
+    page.first = picture;
+  } else if (picture >= page.first + kTileCount) {
+    page.first = picture - (kTileCount - 1);
+  }
+  page.first = ClampFirst(page.first, page.count);
+  return page;
 }
 
 Rect TileRect(int tile) { return Rect{140 + 88 * std::clamp(tile, 0, kTileCount - 1), 84, 80, 80}; }

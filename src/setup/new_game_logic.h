@@ -88,19 +88,25 @@ std::vector<RollStep> RollSteps();
 
 constexpr int kTileCount = 5;
 
-// Five pictures are shown at a time; paging moves five on, the last page ending at the last
-// picture, so that every tile always shows a picture.
+// The tiles page through every picture and, after the last, one tile more: the one that brings
+// in a photograph of the player's own, reached with the same arrows. Five tiles are shown at a
+// time; paging moves five on, the last page ending at the own-picture tile, so that every tile
+// always shows something.
 struct PicturePage {
-  int count = 0;
-  int first = 0;
+  int count = 0;  // pictures, the own-picture tile not included
+  int first = 0;  // the first tile's place in the list
 };
 int ClampFirst(int first, int count);
 PicturePage NextPage(PicturePage page);
 PicturePage PreviousPage(PicturePage page);
 bool CanPageBack(const PicturePage& page);
 bool CanPageOn(const PicturePage& page);
-// The picture a tile shows, or -1.
+// The picture a tile shows, or -1 (nothing, or the own-picture tile).
 int PictureOfTile(const PicturePage& page, int tile);
+// The tile that shows the own-picture tile on this page, or -1.
+int OwnPictureTile(const PicturePage& page);
+// The page that shows `picture`: the same one when it is already in view, else the nearest.
+PicturePage PageShowing(PicturePage page, int picture);
 
 Rect TileRect(int tile);
 Rect PageArrowRect(bool forward);

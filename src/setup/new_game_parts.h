@@ -3,6 +3,8 @@
 
 #include <windows.h>
 
+#include <string>
+
 #include "graphics/dib_layout.h"
 #include "widgets/widget_window.h"
 
@@ -28,12 +30,21 @@ constexpr UINT NGM_GETAVAILABLE = WM_USER + 204;
 constexpr UINT NGM_SETUNAVAILABLE = WM_USER + 205;
 // Tile: 1 when it shows the selection.
 constexpr UINT NGM_GETSELECTED = WM_USER + 206;
+// Tile: becomes the tile that brings in a photograph of the player's own, with lParam its
+// caption (copied). NGM_GETPICTURE then answers kOwnPictureTile; NGM_SETPICTURE undoes it.
+constexpr UINT NGM_SETOWNPICTURE = WM_USER + 207;
+constexpr int kOwnPictureTile = -2;
 
 // A tile reports a click to its parent with MWM_NOTIFY, code MWN_CLICKED, like the widgets.
 
 bool RegisterPictureTileClass(HINSTANCE instance);
 bool RegisterSizePickerClass(HINSTANCE instance);
 bool RegisterCountPickerClass(HINSTANCE instance);
+
+// The own-photo tile's click: asks for a photograph with the system's Open dialog owned by the
+// screen and makes it a picture of Image\. Its file name there, or "" when the player cancelled
+// or it could not be made (the game's message box has then said why).
+std::string ChooseOwnPhoto(HWND screen);
 
 // Draws the puzzle's picture (8- or 24-bit) scaled into a rectangle of a context.
 void DrawPictureScaled(HDC dc, HIMAGE picture, int x, int y, int width, int height);

@@ -15,6 +15,7 @@
 #include "setup/new_game_parts.h"
 #include "setup/pickers.h"
 #include "core/app.h"
+#include "core/resource_ids.h"
 #include "system/assert.h"
 #include "widgets/widget_classes.h"
 #include "widgets/widget_messages.h"
@@ -205,6 +206,16 @@ void RedrawPickers(void* context) {
 
 // ---- Pictures --------------------------------------------------------------------------------
 
+// The pictures of Image\ in the order the tiles show them.
+std::vector<std::string> ListPictures() {
+  std::vector<std::string> names;
+  FileList list;
+  const std::string pattern = ProgramFolder() + "Image\\*.bmp";
+  if (list.Build(pattern.c_str())) names = list.Names();
+  ng::SortPictureNames(names);
+  return names;
+}
+
 std::string PicturePath(const NewGameRecord& r, int picture) {
   return ProgramFolder() + "Image\\" + r.names[static_cast<std::size_t>(picture)];
 }
@@ -227,7 +238,13 @@ void CentrePictureName(const NewGameRecord& r) {
 }
 
 void FillTiles(NewGameRecord& r) {
+  const std::string ownCaption = LocalizedString(IDS_OWN_PICTURE_TILE, 60);
   for (int tile = 0; tile < ng::kTileCount; ++tile) {
+    if (tile == ng::OwnPictureTile(r.page)) {
+      SendMessageA(r.tiles[tile], NGM_SETOWNPICTURE, 0,
+                   reinterpret_cast<LPARAM>(ownCaption.c_str()));
+      continue;
+    }
     const int picture = ng::PictureOfTile(r.page, tile);
     const std::string path = picture >= 0 ? PicturePath(r, picture) : std::string();
     SendMessageA(r.tiles[tile], NGM_SETPICTURE, static_cast<WPARAM>(picture < 0 ? 0 : picture),
@@ -268,6 +285,38 @@ void TurnPage(NewGameRecord& r, bool forward) {
   r.page = forward ? ng::NextPage(r.page) : ng::PreviousPage(r.page);
   FillTiles(r);
   ShowArrows(r, r.tab == ng::kTabPicture);
+}
+
+int IndexOfName(const std::vector<std::string>& names, const std::string& name) {
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    if (lstrcmpiA(names[i].c_str(), name.c_str()) == 0) return static_cast<int>(i);
+  }
+  return -1;
+}
+
+// The player's photograph became the picture `file` of Image\: the list is read again, the page
+// turned to show it and it is chosen. The shape and the tab stay as they were.
+void AddOwnPicture(NewGameRecord& r, const std::string& file) {
+  const std::string chosen = r.selected >= 0 ? r.names[static_cast<std::size_t>(r.selected)]
+                                             : std::string();
+  std::vector<std::string> names = ListPictures();
+  const int added = IndexOfName(names, file);
+  if (added < 0) return;
+  r.names = std::move(names);
+  r.selected = chosen.empty() ? -1 : IndexOfName(r.names, chosen);
+  r.page.count = static_cast<int>(r.names.size());
+  r.page = ng::PageShowing(r.page, added);
+  FillTiles(r);
+  ShowArrows(r, r.tab == ng::kTabPicture);
+  SelectPicture(r, added);
+}
+
+// The dialog and the message box run their own loops: the record is looked up again after them.
+void OnOwnPictureTile(HWND window) {
+  const std::string file = ChooseOwnPhoto(window);
+  if (NewGameRecord* r = RecordOf<NewGameRecord>(window); r && !file.empty()) {
+    AddOwnPicture(*r, file);
+  }
 }
 
 // ---- Creation --------------------------------------------------------------------------------
@@ -487,7 +536,11 @@ void OnNotify(HWND window, NewGameRecord& r, int code, HWND from) {
   } else if (const int shape = IndexOf(r.shapes, ng::kShapeCount, from); shape >= 0) {
     ChooseShape(r, shape);
   } else if (const int tile = IndexOf(r.tiles, ng::kTileCount, from); tile >= 0) {
-    SelectPicture(r, ng::PictureOfTile(r.page, tile));
+    if (tile == ng::OwnPictureTile(r.page)) {
+      OnOwnPictureTile(window);
+    } else {
+      SelectPicture(r, ng::PictureOfTile(r.page, tile));
+    }
   } else if (from == r.arrows[0] || from == r.arrows[1]) {
     TurnPage(r, from == r.arrows[1]);
   } else if (from == r.sizeSlider) {
@@ -589,10 +642,7 @@ bool RegisterNewGameClasses(HINSTANCE instance) {
 
 HWND OpenNewGameScreen(HWND mainWindow) {
   OpenRequest request;
-  FileList list;
-  const std::string pattern = ProgramFolder() + "Image\\*.bmp";
-  if (list.Build(pattern.c_str())) request.names = list.Names();
-  ng::SortPictureNames(request.names);
+  request.names = ListPictures();
   if (!QV_CHECK(static_cast<int>(request.names.size()) >= ng::kTileCount,
                 "este codigo no soporta menos imagenes que el numero declarado en "
                 "NUM_PREVIEW_FS")) {

@@ -10,9 +10,9 @@ namespace qv {
 
 namespace {
 
-constexpr double kSmallestPiece = 45.0;
+constexpr double kSmallestPiece = kSmallestPieceSide;
 constexpr double kLargestPiece = 150.0;
-constexpr std::int32_t kFewestAlongAxis = 2;
+constexpr std::int32_t kFewestAlongAxis = kFewestPiecesAlongSide;
 
 // Grid bounds only leave a sane range for pictures that can be cut at all; a degenerate picture
 // could give values past int32, so truncation saturates well inside it and sums of four bounds

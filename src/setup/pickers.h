@@ -5,6 +5,11 @@
 
 namespace qv {
 
+// The coarsest grid has this many pieces along each side, and the finest grid's pieces are about
+// this many pixels wide at the chosen scale.
+constexpr std::int32_t kFewestPiecesAlongSide = 2;
+constexpr std::int32_t kSmallestPieceSide = 45;
+
 // Called after every change of scale so that the two picker windows redraw.
 using PickerRedrawHook = void (*)(void* context);
 

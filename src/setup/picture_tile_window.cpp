@@ -1,7 +1,9 @@
-// CWNDPREVFS: one picture tile of the new-game screen, a thumbnail of a picture file.
+// CWNDPREVFS: one picture tile of the new-game screen: a thumbnail of a picture file, or the
+// tile that brings in a photograph of the player's own.
 #include <string>
 #include <vector>
 
+#include "core/look.h"
 #include "core/window_helpers.h"
 #include "graphics/bitmap_file.h"
 #include "graphics/himage_draw.h"
@@ -27,7 +29,8 @@ struct Thumbnail {
 };
 
 struct TileRecord {
-  int picture = -1;
+  int picture = -1;  // or kOwnPictureTile
+  std::string caption;  // the own-picture tile's
   bool available = false;
   bool selected = false;
   bool pressed = false;
@@ -100,14 +103,58 @@ void DrawUnavailable(HDC dc, const RECT& box) {
   DeleteObject(pen);
 }
 
+// The own-picture tile: a camera in the interface's cream over its caption, lit gold under the
+// pointer like the chosen picture's frame.
+void DrawOwnPicture(HDC dc, const RECT& box, const std::string& caption, bool lit) {
+  const COLORREF ink = lit ? kHighlightColour : kInterfaceTextColour;
+  const COLORREF recess = RGB(58, 40, 28);
+  const int cx = (box.left + box.right) / 2;
+  const int top = box.top + 6;
+  HPEN pen = CreatePen(PS_SOLID, 1, ink);
+  HBRUSH body = CreateSolidBrush(ink);
+  HBRUSH dark = CreateSolidBrush(recess);
+  {
+    widget::SelectInScope usePen(dc, pen);
+    widget::SelectInScope useBrush(dc, body);
+    // The viewfinder's hump, then the body with rounded corners.
+    RoundRect(dc, cx - 8, top, cx + 8, top + 8, 3, 3);
+    RoundRect(dc, cx - 20, top + 5, cx + 20, top + 31, 7, 7);
+    // The lens: a dark ring, a cream ring and a dark glass with a highlight.
+    SelectObject(dc, dark);
+    Ellipse(dc, cx - 10, top + 8, cx + 10, top + 28);
+    SelectObject(dc, body);
+    Ellipse(dc, cx - 7, top + 11, cx + 7, top + 25);
+    SelectObject(dc, dark);
+    Ellipse(dc, cx - 5, top + 13, cx + 5, top + 23);
+    SelectObject(dc, body);
+    Ellipse(dc, cx - 3, top + 14, cx, top + 17);
+    // The flash window.
+    SelectObject(dc, dark);
+    Rectangle(dc, cx + 12, top + 8, cx + 17, top + 12);
+  }
+  DeleteObject(dark);
+  DeleteObject(body);
+  DeleteObject(pen);
+
+  widget::FontHandle font(CreateFontA(12, 0, 0, 0, FW_BOLD, 0, 0, 0, DEFAULT_CHARSET, 0, 0,
+                                      ANTIALIASED_QUALITY, 0, kProgramFace));
+  widget::SelectInScope useFont(dc, font.get());
+  SetBkMode(dc, TRANSPARENT);
+  SetTextColor(dc, ink);
+  RECT text{box.left + 1, top + 35, box.right - 1, box.bottom};
+  DrawTextA(dc, caption.c_str(), -1, &text, DT_CENTER | DT_WORDBREAK | DT_NOPREFIX);
+}
+
 void Compose(HWND window, const TileRecord& t, HDC dc, int width, int height) {
   DrawBackdropUnder(dc, window, t.backdrop, width, height);
-  if (t.picture < 0) return;
+  if (t.picture == -1) return;
   const RECT whole{0, 0, width, height};
   const RECT box{kInset, kInset, width - kInset, height - kInset};
   // The slot: a dark recess, the thumbnail centred in it.
   FillColour(dc, RECT{2, 2, width - 2, height - 2}, RGB(58, 40, 28));
-  if (t.available) {
+  if (t.picture == kOwnPictureTile) {
+    DrawOwnPicture(dc, box, t.caption, t.hover);
+  } else if (t.available) {
     const int x = box.left + (box.right - box.left - t.thumbnail.width) / 2;
     const int y = box.top + (box.bottom - box.top - t.thumbnail.height) / 2;
     StretchDIBits(dc, x, y, t.thumbnail.width, t.thumbnail.height, 0, 0, t.thumbnail.width,
@@ -142,8 +189,19 @@ void OnPaint(HWND window, HDC printDc) {
   });
 }
 
+LRESULT OnSetOwnPicture(HWND window, TileRecord& t, const char* caption) {
+  t.thumbnail = Thumbnail{};
+  t.picture = kOwnPictureTile;
+  t.available = true;
+  t.selected = false;
+  t.caption = caption ? caption : "";
+  InvalidateRect(window, nullptr, FALSE);
+  return 1;
+}
+
 LRESULT OnSetPicture(HWND window, TileRecord& t, WPARAM index, const char* path) {
   t.thumbnail = Thumbnail{};
+  t.caption.clear();
   t.available = false;
   t.picture = path ? static_cast<int>(index) : -1;
   if (path) {
@@ -163,7 +221,7 @@ void SetFlag(HWND window, bool& flag, bool value) {
 }
 
 void OnMouseMove(HWND window, TileRecord& t) {
-  if (t.hover || t.picture < 0) return;
+  if (t.hover || t.picture == -1) return;
   TRACKMOUSEEVENT track{};
   track.cbSize = sizeof track;
   track.dwFlags = TME_LEAVE;
@@ -173,7 +231,7 @@ void OnMouseMove(HWND window, TileRecord& t) {
 }
 
 void OnLButtonDown(HWND window, TileRecord& t) {
-  if (t.picture < 0) return;
+  if (t.picture == -1) return;
   t.pressed = true;
   SetCapture(window);
 }
@@ -222,6 +280,8 @@ LRESULT CALLBACK PictureTileProc(HWND window, UINT message, WPARAM wParam, LPARA
       return OnSetBackdrop(window, *t, lParam);
     case NGM_SETPICTURE:
       return OnSetPicture(window, *t, wParam, reinterpret_cast<const char*>(lParam));
+    case NGM_SETOWNPICTURE:
+      return OnSetOwnPicture(window, *t, reinterpret_cast<const char*>(lParam));
     case NGM_SETSELECTED:
       SetFlag(window, t->selected, lParam != 0);
       return 1;

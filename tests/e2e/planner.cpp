@@ -4,6 +4,7 @@
 //
 //   quorvex-e2e-planner plan RF PICTURE SCREEN_W SCREEN_H SEED OUT_DIR
 //   quorvex-e2e-planner compare EXPECTED.ppm SHOT.ppm TOLERANCE
+//   quorvex-e2e-planner places RF SCREEN_W SCREEN_H
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -19,7 +20,8 @@ namespace {
 int Usage() {
   std::fprintf(stderr,
                "usage: quorvex-e2e-planner plan RF PICTURE SCREEN_W SCREEN_H SEED OUT_DIR\n"
-               "       quorvex-e2e-planner compare EXPECTED.ppm SHOT.ppm TOLERANCE\n");
+               "       quorvex-e2e-planner compare EXPECTED.ppm SHOT.ppm TOLERANCE\n"
+               "       quorvex-e2e-planner places RF SCREEN_W SCREEN_H\n");
   return 2;
 }
 
@@ -44,6 +46,13 @@ int main(int argc, char** argv) {
   if (argc < 2) return Usage();
   const std::string command = argv[1];
   if (command == "compare" && argc == 5) return Compare(argv[2], argv[3], std::atoi(argv[4]));
+  if (command == "places" && argc == 5) {
+    qv::e2e::ScenarioSetup setup;
+    setup.resourceFile = argv[2];
+    setup.screenWidth = std::atoi(argv[3]);
+    setup.screenHeight = std::atoi(argv[4]);
+    return qv::e2e::PrintPlaces(setup) ? 0 : 1;
+  }
   if (command == "plan" && argc == 8) {
     qv::e2e::ScenarioSetup setup;
     setup.resourceFile = argv[2];

@@ -22,6 +22,7 @@
 #include "puzzle/texture.h"
 #include "screens/bar_layout.h"
 #include "setup/file_screen_logic.h"
+#include "setup/new_game_logic.h"
 #include "setup/pickers.h"
 #include "setup/savegame.h"
 #include "shell/shell_layout.h"
@@ -47,6 +48,7 @@ class Scenario {
  public:
   explicit Scenario(const ScenarioSetup& setup) : s_(setup) {}
   bool Run();
+  bool PrintPlaces();
 
  private:
   bool SetUp();
@@ -634,7 +636,37 @@ bool Scenario::Run() {
          RubberBand() && SaveAndReopen() && ChangeTexture() && Finish();
 }
 
+bool Scenario::PrintPlaces() {
+  PackedDib words;
+  if (!OpenResourceFile(s_.resourceFile.c_str()) ||
+      !TheResourceFile().LoadPicture(2061, words)) {
+    std::fprintf(stderr, "cannot read the title bar's pictures from %s\n", s_.resourceFile.c_str());
+    return false;
+  }
+  std::printf("newgame %d %d\n", -2 + ImageWidth(words.get()) / 2,
+              10 + ImageHeight(words.get()) / 3 / 2);
+  const ScreenPoint dialog = DialogClient(224);
+  for (int tile = 0; tile < newgame::kTileCount; ++tile) {
+    const newgame::Rect r = newgame::TileRect(tile);
+    std::printf("tile%d %d %d\n", tile, dialog.x + r.x + r.width / 2, dialog.y + r.y + r.height / 2);
+  }
+  const newgame::Rect on = newgame::PageArrowRect(true);
+  std::printf("pageon %d %d\n", dialog.x + on.x + on.width / 2, dialog.y + on.y + on.height / 2);
+  std::printf("confirm %d %d\n", dialog.x + newgame::kConfirmPosition.x + 40,
+              dialog.y + newgame::kConfirmPosition.y + 18);
+  const BoardSize board = BoardSizeFor(s_.screenWidth, s_.screenHeight);
+  std::printf("board %d %d %d %d\n", kBoardX, kBoardY, board.width, board.height);
+  return true;
+}
+
 }  // namespace
+
+bool PrintPlaces(const ScenarioSetup& setup) {
+  Scenario scenario(setup);
+  const bool ok = scenario.PrintPlaces();
+  ShutdownEngine();
+  return ok;
+}
 
 bool PlanScenario(const ScenarioSetup& setup) {
   Scenario scenario(setup);

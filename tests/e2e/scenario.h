@@ -19,4 +19,9 @@ struct ScenarioSetup {
 // standard error, when the engine cannot set the game up or the scenario cannot be played.
 bool PlanScenario(const ScenarioSetup& setup);
 
+// Prints, one "name x y" a line, where a player clicks to start a new game (the title bar's
+// new-game button, the new-game screen's tiles, its page-on arrow and confirm button), and the
+// board as "board x y width height". Only the resource file and the screen size are used.
+bool PrintPlaces(const ScenarioSetup& setup);
+
 }  // namespace qv::e2e

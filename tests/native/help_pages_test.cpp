@@ -22,7 +22,7 @@ const fs::path kHelpRoot = QV_HELP_SOURCE_DIR;
 constexpr const char* kLanguageCodes[] = {"es", "en", "pt", "it", "fr", "de"};
 
 // Section ids that every language's page shares, so that links between languages keep their place.
-constexpr const char* kTopics[] = {"start",    "play",  "score", "files",    "honour",
+constexpr const char* kTopics[] = {"start", "photo", "play", "score", "files", "honour",
                                    "textures", "music", "print", "languages"};
 
 // Screenshots are dropped into Help/shots when the screens can be photographed; until then the

@@ -41,6 +41,12 @@ for orient in TopRight BottomRight BottomLeft LeftTop RightTop RightBottom LeftB
 done
 rm camera.jpg
 convert -size 1x1 xc:'#c08040' -depth 8 PNG24:one.png
+# For the import: a camera-sized JPEG that is fitted to 1024 x 768 (its reference is ImageMagick's
+# area-averaging reduction), and a small PNG that keeps its size.
+convert -seed 11 -size 1280x960 plasma:fractal -blur 0x2 -quality 90 camera.jpg
+convert camera.jpg -filter Box -resize 1024x768 -depth 16 ppm:camera.jpg.fit.ppm
+convert -seed 5 -size 300x200 plasma:fractal -depth 8 PNG24:small.png
+convert -size 89x400 gradient:white-black -depth 8 PNG24:narrow.png  # one pixel too narrow
 
 # The references keep 16 bits a channel: ImageMagick's own 8-bit output truncates, where the
 # decoder rounds to the nearest value, so the test does the rounding.

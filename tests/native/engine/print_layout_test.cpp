@@ -127,6 +127,17 @@ TEST(BuiltInPicture, IndexFromThePathUnderTheProgramFolder) {
   EXPECT_EQ(BuiltInPictureIndex(folder, ""), -1);
 }
 
+TEST(OwnPicture, NamedAfterItsFileWithoutFolderOrExtension) {
+  EXPECT_EQ(OwnPictureName("C:\\Games\\Quorvex\\Image\\Cat (2).bmp"), "Cat (2)");
+  EXPECT_EQ(OwnPictureName("c:/games/quorvex/image/Harbour.at.dawn.BMP"), "Harbour.at.dawn");
+  EXPECT_EQ(OwnPictureName("Image\\Mixed/Sea.bmp"), "Sea");
+  EXPECT_EQ(OwnPictureName("Image\\Lake.bmpx"), "Lake.bmpx");
+  EXPECT_EQ(OwnPictureName("Bare"), "Bare");
+  EXPECT_EQ(OwnPictureName("Image\\"), "");
+  EXPECT_EQ(OwnPictureName(".bmp"), "");
+  EXPECT_EQ(OwnPictureName(""), "");
+}
+
 TEST(BuiltInPicture, PreviewFitsTheBoxKeepingProportions) {
   const PrintRect wide = FitPicture(216, 160, 1024, 576);
   EXPECT_EQ(wide.width, 216);

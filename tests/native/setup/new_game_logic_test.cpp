@@ -50,30 +50,53 @@ TEST(TabsAndShapes, ShapePlacesOutsideTheTableOfSixAreRefused) {
   EXPECT_EQ(asserts.count(), 1u);
 }
 
-TEST(PicturePages, PageByFivesAndTheLastPageEndsAtTheLastPicture) {
-  PicturePage page{17, 0};
+TEST(PicturePages, PageByFivesAndTheLastPageEndsAtTheOwnPictureTile) {
+  PicturePage page{17, 0};  // 17 pictures and the own-picture tile: 18 places
   EXPECT_FALSE(CanPageBack(page));
   EXPECT_TRUE(CanPageOn(page));
+  EXPECT_EQ(OwnPictureTile(page), -1);
   page = NextPage(page);
   EXPECT_EQ(page.first, 5);
   page = NextPage(NextPage(page));
-  EXPECT_EQ(page.first, 12);  // 12..16: every tile shows a picture
+  EXPECT_EQ(page.first, 13);  // pictures 13..16 and the own tile: every tile shows something
   EXPECT_FALSE(CanPageOn(page));
-  EXPECT_EQ(NextPage(page).first, 12);
-  EXPECT_EQ(PictureOfTile(page, 4), 16);
+  EXPECT_EQ(NextPage(page).first, 13);
+  EXPECT_EQ(PictureOfTile(page, 3), 16);
+  EXPECT_EQ(PictureOfTile(page, 4), -1);
+  EXPECT_EQ(OwnPictureTile(page), 4);
   page = PreviousPage(page);
-  EXPECT_EQ(page.first, 7);
+  EXPECT_EQ(page.first, 8);
   EXPECT_EQ(PreviousPage(PreviousPage(page)).first, 0);
 }
 
-TEST(PicturePages, ExactlyFivePicturesNeverPageAndTilesOutsideAreEmpty) {
+TEST(PicturePages, FivePicturesPageOnceToReachTheOwnPictureTile) {
   const PicturePage page{5, 0};
   EXPECT_FALSE(CanPageBack(page));
-  EXPECT_FALSE(CanPageOn(page));
-  EXPECT_EQ(NextPage(page).first, 0);
+  EXPECT_TRUE(CanPageOn(page));
+  EXPECT_EQ(OwnPictureTile(page), -1);
+  const PicturePage last = NextPage(page);
+  EXPECT_EQ(last.first, 1);
+  EXPECT_EQ(OwnPictureTile(last), 4);
+  EXPECT_EQ(PictureOfTile(last, 0), 1);
   EXPECT_EQ(PictureOfTile(page, 5), -1);
   EXPECT_EQ(PictureOfTile(page, -1), -1);
+  // Fewer pictures than tiles: the own tile follows them and the rest stay empty.
+  EXPECT_EQ(OwnPictureTile(PicturePage{3, 0}), 3);
   EXPECT_EQ(PictureOfTile(PicturePage{3, 0}, 4), -1);
+}
+
+TEST(PicturePages, APictureAddedOutOfViewIsBroughtIntoViewWithTheFewestTurns) {
+  // A new photograph sorts among the named pictures: wherever it lands, the page shows it.
+  const PicturePage start{16, 0};
+  for (int picture = 0; picture < 16; ++picture) {
+    const PicturePage shown = PageShowing(start, picture);
+    EXPECT_GE(PictureOfTile(shown, picture - shown.first), 0) << picture;
+    EXPECT_EQ(PictureOfTile(shown, picture - shown.first), picture);
+  }
+  EXPECT_EQ(PageShowing(start, 3).first, 0);   // already in view: the page stays
+  EXPECT_EQ(PageShowing(start, 7).first, 3);   // on: it becomes the last tile
+  EXPECT_EQ(PageShowing(PicturePage{16, 10}, 4).first, 4);  // back: it becomes the first
+  EXPECT_EQ(PageShowing(start, 15).first, 11);
 }
 
 TEST(PictureNames, NumberedPicturesSortByNumberBeforeTheOthers) {

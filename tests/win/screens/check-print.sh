@@ -121,6 +121,8 @@ if dark < 20:
 text = " ".join(open(text_file, encoding="utf-8", errors="replace").read().split())
 name = fields["name"]
 opening = " ".join(fields["description"].split()[:6])
+if not name.strip() or not opening:
+    failures.append("the test gave no name or description to look for")
 for wanted in (name, opening):
     if wanted not in text:
         failures.append(f"'{wanted}' is not in the page's text")

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "core/app.h"
+#include "core/resource_ids.h"
 #include "graphics/resource_file.h"
 #include "puzzle/puzzle_model.h"
 #include "screens/print_job.h"
@@ -100,12 +101,12 @@ TEST(InfoScreen, ABuiltInPictureOpensCentredWithPrintingAndKeysClose) {
   EXPECT_TRUE(PumpUntil([&] { return !IsWindow(screen); }));
 }
 
-TEST(InfoScreen, NoGameOrAPictureOfThePlayersOwnCannotBePrintedAndCloseCloses) {
+TEST(InfoScreen, NoGameCannotBePrintedAPhotoOfThePlayersOwnCanAndCloseCloses) {
   for (const std::string& picture :
        {std::string(), WriteTemp("qv_info_own.bmp", ReadAll(kDist + "Image/5.bmp"))}) {
     HWND screen = OpenWith(picture);
     ASSERT_TRUE(screen) << picture;
-    EXPECT_FALSE(Enabled(GetDlgItem(screen, kInfoPrintId))) << picture;
+    EXPECT_EQ(Enabled(GetDlgItem(screen, kInfoPrintId)), !picture.empty()) << picture;
     test::Click(GetDlgItem(screen, kInfoCloseId));
     EXPECT_TRUE(PumpUntil([&] { return !IsWindow(screen); })) << picture;
   }
@@ -135,15 +136,15 @@ TEST(Printing, BadPicturesAreRefusedBeforeAnyDocumentStarts) {
   for (const auto& [name, file] :
        {std::pair{"qv_truncated.bmp", truncated}, std::pair{"qv_depth.bmp", wrongDepth},
         std::pair{"qv_width.bmp", hugeWidth}, std::pair{"qv_header.bmp", std::vector<char>(60, 'B')}}) {
-    EXPECT_FALSE(PrintPicture(nullptr, WriteTemp(name, file).c_str(), 0)) << name;
+    EXPECT_FALSE(PrintPicture(nullptr, WriteTemp(name, file).c_str(), "", "")) << name;
   }
-  EXPECT_FALSE(PrintPicture(nullptr, (kDist + "Image/missing.bmp").c_str(), 0));
-  EXPECT_FALSE(PrintPicture(nullptr, (kDist + "Image/1.bmp").c_str(), 15));
+  EXPECT_FALSE(PrintPicture(nullptr, (kDist + "Image/missing.bmp").c_str(), "", ""));
+  EXPECT_FALSE(PrintPicture(nullptr, nullptr, "", ""));
 }
 
 TEST(Printing, WithoutAPrinterNothingIsPrintedAndNothingIsSaid) {
   if (PdfFolder()) GTEST_SKIP() << "a printer is set up";
-  EXPECT_FALSE(PrintPicture(nullptr, (kDist + "Image/1.bmp").c_str(), 0));
+  EXPECT_FALSE(PrintPicture(nullptr, (kDist + "Image/1.bmp").c_str(), "", ""));
   HWND screen = OpenWith(kDist + "Image\\1.bmp");
   ASSERT_TRUE(screen);
   test::Click(GetDlgItem(screen, kInfoPrintId));
@@ -193,7 +194,9 @@ void WriteRect(std::ofstream& out, const char* what, const PrintRect& r) {
 }
 
 // The wait window shows its steps while the page is made; the page itself is checked by
-// check-print.sh from what this test writes to print-result.txt.
+// check-print.sh from what this test writes to print-result.txt. The picture is a photograph
+// of the player's own (built-in pictures print the same way, with their names from the string
+// table): it prints under its file name with the localized description of such pictures.
 TEST(Printing, ThePrintButtonPrintsOnePageOnTheDefaultPrinter) {
   DeleteFileA("print-result.txt");
   if (!PdfFolder()) GTEST_SKIP() << "no printer: QV_PRINT_OUTPUT is not set";
@@ -201,8 +204,8 @@ TEST(Printing, ThePrintButtonPrintsOnePageOnTheDefaultPrinter) {
   const std::map<std::string, std::uint64_t> before = PdfFiles(folder);
   int width = 0, height = 0;
   ASSERT_TRUE(PageSize(width, height));
-  constexpr int kPicture = 3;  // Image\4.bmp
-  const std::string picture = kDist + "Image\\4.bmp";
+  // Image\4.bmp under the name a photograph of the player's own would have.
+  const std::string picture = WriteTemp("Harbour at dawn.bmp", ReadAll(kDist + "Image/4.bmp"));
   HWND screen = OpenWith(picture);
   ASSERT_TRUE(screen);
   test::Click(GetDlgItem(screen, kInfoPrintId));
@@ -236,8 +239,8 @@ TEST(Printing, ThePrintButtonPrintsOnePageOnTheDefaultPrinter) {
   WriteRect(out, "top", layout.topBanner);
   WriteRect(out, "bottom", layout.bottomBanner);
   for (const PrintRect& band : layout.band) WriteRect(out, "band", band);
-  out << "name " << ModuleString(5001 + kPicture, 71) << '\n';
-  out << "description " << ModuleString(6001 + kPicture, 1001) << '\n';
+  out << "name Harbour at dawn\n";
+  out << "description " << LocalizedString(IDS_OWN_PICTURE_DESCRIPTION, 1001) << '\n';
 }
 
 }  // namespace

@@ -307,8 +307,14 @@ TEST_F(NewGameScreen, PagesByFivesAndThePreviewShowsTheChosenPicture) {
   EXPECT_TRUE(IsWindowVisible(arrows[0]));
   Click(tiles[4]);
   EXPECT_NE(std::string(PuzzlePicturePath()).find("10.bmp"), std::string::npos);
-  Click(arrows[0]);
+  // The last page ends with the tile for a photograph of the player's own.
+  for (int turns = 0; turns < 5 && IsWindowVisible(arrows[1]); ++turns) Click(arrows[1]);
+  EXPECT_FALSE(IsWindowVisible(arrows[1]));
+  EXPECT_EQ(SendMessageA(tiles[4], NGM_GETPICTURE, 0, 0), kOwnPictureTile);
+  EXPECT_EQ(SendMessageA(tiles[3], NGM_GETPICTURE, 0, 0), 14);
+  for (int turns = 0; turns < 5 && IsWindowVisible(arrows[0]); ++turns) Click(arrows[0]);
   EXPECT_EQ(SendMessageA(tiles[0], NGM_GETPICTURE, 0, 0), 0);
+  EXPECT_EQ(SendMessageA(tiles[4], NGM_GETPICTURE, 0, 0), 4);
 
   Click(ChildAt(screen_, kAnimClass, 395, 235));
   ASSERT_EQ(test::Calls().viewerPaths.size(), 1u);
