@@ -508,21 +508,34 @@ bool CrearPuzzle(std::int32_t dieRows, std::int32_t dieCols, std::uint32_t dieId
     return done(false);
   }
 
-  // Step 5: the die.
-  PackedDib die;
-  if (!TheResourceFile().LoadPicture(dieId, die)) {
-    FreeCutArrays(p);
-    return done(false);
+  // Step 5: the die. A resource file held in memory lends it where it lies; one on disk is
+  // read into a block the engine holds until the cut is done.
+  ResourceFile& resources = TheResourceFile();
+  PackedDib loadedDie;
+  PictureView die;
+  if (resources.InMemory()) {
+    if (!resources.ViewPicture(dieId, die)) {
+      FreeCutArrays(p);
+      return done(false);
+    }
+  } else {
+    if (!resources.LoadPicture(dieId, loadedDie)) {
+      FreeCutArrays(p);
+      return done(false);
+    }
+    die.header = *DibHeader(loadedDie.get());
+    die.pixels = DibPixels(loadedDie.get());
   }
-  NoteEngineBytes(static_cast<std::ptrdiff_t>(die.blockBytes()));
-  const auto dieDone = [&die](bool result) {
-    NoteEngineBytes(-static_cast<std::ptrdiff_t>(die.blockBytes()));
+  const std::size_t heldDieBytes = loadedDie.blockBytes();
+  NoteEngineBytes(static_cast<std::ptrdiff_t>(heldDieBytes));
+  const auto dieDone = [heldDieBytes](bool result) {
+    NoteEngineBytes(-static_cast<std::ptrdiff_t>(heldDieBytes));
     return result;
   };
-  plan.die = DibPixels(die.get());
-  plan.dieWidth = die.width();
-  plan.dieHeight = die.height();
-  if (!QV_CHECK(ImageBitCount(die.get()) == 8 && plan.dieWidth == dieCols * kDieCell + 2 * kDieMargin &&
+  plan.die = die.pixels;
+  plan.dieWidth = die.header.biWidth;
+  plan.dieHeight = die.header.biHeight;
+  if (!QV_CHECK(die.header.biBitCount == 8 && plan.dieWidth == dieCols * kDieCell + 2 * kDieMargin &&
                     plan.dieHeight == dieRows * kDieCell + 2 * kDieMargin,
                 "este troquel tiene dimensiones invalidas")) {
     FreeCutArrays(p);
@@ -541,7 +554,7 @@ bool CrearPuzzle(std::int32_t dieRows, std::int32_t dieCols, std::uint32_t dieId
   const bool cut = BuildMaps(plan, sw, p.scale) &&
                    (plan.bits == 8 ? CutAll<8>(plan, p) : CutAll<24>(plan, p));
   dieDone(true);
-  die.Reset();
+  loadedDie.Reset();
   if (!cut) {
     FreeCutArrays(p);
     return done(false);
