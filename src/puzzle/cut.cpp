@@ -244,7 +244,7 @@ bool BuildMaps(CutPlan& plan, std::int32_t sw, double scale) {
 // Scaled picture row py (its colours as atlas words), made in the ring when it is not there.
 // An enlarged picture repeats source rows; a repeated row is a copy of the one before it.
 template <int Bits>
-const std::uint32_t* ScaledRow(CutPlan& plan, std::int32_t py) {
+[[gnu::noinline]] const std::uint32_t* ScaledRow(CutPlan& plan, std::int32_t py) {
   const auto width = static_cast<std::size_t>(plan.pw);
   const auto slot = static_cast<std::size_t>(py % plan.ringRows);
   std::uint32_t* out = plan.ring.data() + slot * width;
@@ -260,17 +260,23 @@ const std::uint32_t* ScaledRow(CutPlan& plan, std::int32_t py) {
   }
   const std::uint8_t* __restrict in =
       plan.picture + static_cast<std::int64_t>(plan.sh - 1 - sourceRow) * plan.pictureStride;
+  // Plain pointers rather than the arrays' operator[]: its checks belong to the array, which is
+  // instrumented where it is defined, and per pixel they cost more than the conversion.
+  const std::int32_t* __restrict runSource = plan.runSource.data();
+  const std::int32_t* __restrict runLength = plan.runLength.data();
   std::uint32_t* __restrict write = out;
   for (std::int32_t r = 0; r < plan.runs; ++r) {
-    const std::uint8_t* s = in + plan.runSource[static_cast<std::size_t>(r)];
+    const std::uint8_t* s = in + runSource[r];
     std::uint32_t word;
     if constexpr (Bits == 8) {
       word = plan.palette[*s];
     } else {
-      word = static_cast<std::uint32_t>(s[0]) | (static_cast<std::uint32_t>(s[1]) << 8) |
-             (static_cast<std::uint32_t>(s[2]) << 16) | (1u << 24);
+      // Blue and green as one 16-bit read, then red.
+      std::uint16_t blueGreen;
+      std::memcpy(&blueGreen, s, sizeof blueGreen);
+      word = blueGreen | (static_cast<std::uint32_t>(s[2]) << 16) | (1u << 24);
     }
-    for (std::int32_t n = plan.runLength[static_cast<std::size_t>(r)]; n > 0; --n) *write++ = word;
+    for (std::int32_t n = runLength[r]; n > 0; --n) *write++ = word;
   }
   plan.ringRow[slot] = py;
   return out;
@@ -279,6 +285,12 @@ const std::uint32_t* ScaledRow(CutPlan& plan, std::int32_t py) {
 void MaskRun(std::uint32_t* __restrict out, const std::uint32_t* __restrict words,
              const std::uint32_t* __restrict mask, std::int32_t x0, std::int32_t x1) {
   for (std::int32_t x = x0; x < x1; ++x) out[x] = words[x] & mask[x];
+}
+
+// The cell columns outside the picture, [0, x0) and [x1, width), are left empty.
+void ClearOutside(std::uint32_t* out, std::int32_t x0, std::int32_t x1, std::int32_t width) {
+  for (std::int32_t x = 0; x < x0; ++x) out[x] = 0;
+  for (std::int32_t x = x1; x < width; ++x) out[x] = 0;
 }
 
 // One row of one piece's cell. The claim rules: a piece takes its own label, except where it
@@ -293,13 +305,12 @@ void CutCellRow(const CutPlan& plan, std::uint32_t* out, const std::uint32_t* sc
   std::int32_t x0 = ox < 0 ? -ox : 0;
   std::int32_t x1 = plan.pw - ox < W ? plan.pw - ox : W;
   if (x1 < x0) x1 = x0;
-  for (std::int32_t x = 0; x < x0; ++x) out[x] = 0;
-  for (std::int32_t x = x1; x < W; ++x) out[x] = 0;
   const std::uint32_t* words = scaled + ox;  // indexed by cell column, valid in [x0, x1)
 
   const auto tableRow =
       (static_cast<std::size_t>(p * plan.dc + q) * plan.H + static_cast<std::size_t>(y)) * W;
   if (plan.useTables && !left && !right && !top && !bottom) {
+    ClearOutside(out, x0, x1, W);
     MaskRun(out, words, plan.ownMask.data() + tableRow, x0, x1);
     return;
   }
@@ -320,6 +331,7 @@ void CutCellRow(const CutPlan& plan, std::uint32_t* out, const std::uint32_t* sc
     take[range][kLeft] = left && range != 0 ? ~0u : 0u;
   }
   if (plan.useTables) {
+    ClearOutside(out, x0, x1, W);
     const std::uint8_t* classes = plan.labelClass.data() + tableRow;
     for (int range = 0; range < 3; ++range) {
       for (std::int32_t x = bounds[range]; x < bounds[range + 1]; ++x) {
@@ -329,26 +341,45 @@ void CutCellRow(const CutPlan& plan, std::uint32_t* out, const std::uint32_t* sc
     return;
   }
   // Each run of one class, split at the column ranges, is either the picture or nothing.
+  // Neighbouring spans of the same kind, the columns outside the picture among them, are
+  // written as one: a row of a coarse grid is a handful of spans, and each copy or clear costs
+  // a call.
   const auto row = static_cast<std::size_t>(p * plan.dc + q) * static_cast<std::size_t>(plan.H) +
                    static_cast<std::size_t>(y);
   const std::int32_t last = plan.classRunFirst[row + 1];
+  const std::int32_t* runEnd = plan.classRunEnd.data();
+  const std::uint8_t* runClass = plan.classRunClass.data();
+  std::int32_t spanStart = 0;
+  bool spanCopies = false;  // [spanStart, a) is still to be written: copied or cleared
+  const auto flush = [&](std::int32_t end) {
+    if (end <= spanStart) return;
+    const auto bytes = static_cast<std::size_t>(end - spanStart) * sizeof(std::uint32_t);
+    if (spanCopies) {
+      std::memcpy(out + spanStart, words + spanStart, bytes);
+    } else {
+      std::memset(out + spanStart, 0, bytes);
+    }
+    spanStart = end;
+  };
   std::int32_t start = 0;
   for (std::int32_t r = plan.classRunFirst[row]; r < last; ++r) {
-    const std::int32_t end = plan.classRunEnd[static_cast<std::size_t>(r)];
-    const std::uint8_t c = plan.classRunClass[static_cast<std::size_t>(r)];
+    const std::int32_t end = runEnd[r];
+    const std::uint8_t c = runClass[r];
     for (int range = 0; range < 3; ++range) {
-      const std::int32_t a = std::max(start, bounds[range]);
-      const std::int32_t b = std::min(end, bounds[range + 1]);
+      const std::int32_t a = start > bounds[range] ? start : bounds[range];
+      const std::int32_t b = end < bounds[range + 1] ? end : bounds[range + 1];
       if (a >= b) continue;
-      const auto bytes = static_cast<std::size_t>(b - a) * sizeof(std::uint32_t);
-      if (take[range][c] != 0) {
-        std::memcpy(out + a, words + a, bytes);
-      } else {
-        std::memset(out + a, 0, bytes);
+      const bool copies = take[range][c] != 0;
+      if (copies != spanCopies) {
+        flush(a);
+        spanCopies = copies;
       }
     }
     start = end;
   }
+  if (spanCopies) flush(x1);
+  spanCopies = false;
+  flush(W);
 }
 
 template <int Bits>
