@@ -243,6 +243,8 @@ bool BuildMaps(CutPlan& plan, std::int32_t sw, double scale) {
 
 // Scaled picture row py (its colours as atlas words), made in the ring when it is not there.
 // An enlarged picture repeats source rows; a repeated row is a copy of the one before it.
+// Kept out of line: the fuzz build names its pixel loops to leave them uncounted, and a copy
+// inlined into the caller would be counted under the caller's name.
 template <int Bits>
 [[gnu::noinline]] const std::uint32_t* ScaledRow(CutPlan& plan, std::int32_t py) {
   const auto width = static_cast<std::size_t>(plan.pw);
@@ -285,6 +287,12 @@ template <int Bits>
 void MaskRun(std::uint32_t* __restrict out, const std::uint32_t* __restrict words,
              const std::uint32_t* __restrict mask, std::int32_t x0, std::int32_t x1) {
   for (std::int32_t x = x0; x < x1; ++x) out[x] = words[x] & mask[x];
+}
+
+// Picture words or nothing, as the mask says, over [x0, x1).
+void MaskSpan(std::uint32_t* __restrict out, const std::uint32_t* __restrict words,
+              std::uint32_t mask, std::int32_t x0, std::int32_t x1) {
+  for (std::int32_t x = x0; x < x1; ++x) out[x] = words[x] & mask;
 }
 
 // The cell columns outside the picture, [0, x0) and [x1, width), are left empty.
@@ -341,26 +349,16 @@ void CutCellRow(const CutPlan& plan, std::uint32_t* out, const std::uint32_t* sc
     return;
   }
   // Each run of one class, split at the column ranges, is either the picture or nothing.
-  // Neighbouring spans of the same kind, the columns outside the picture among them, are
-  // written as one: a row of a coarse grid is a handful of spans, and each copy or clear costs
-  // a call.
+  // Neighbouring spans of the same kind are written as one, through the same masked loop as
+  // the tables' (a handful of spans a row: a call to copy or clear each cost more).
+  ClearOutside(out, x0, x1, W);
   const auto row = static_cast<std::size_t>(p * plan.dc + q) * static_cast<std::size_t>(plan.H) +
                    static_cast<std::size_t>(y);
   const std::int32_t last = plan.classRunFirst[row + 1];
   const std::int32_t* runEnd = plan.classRunEnd.data();
   const std::uint8_t* runClass = plan.classRunClass.data();
-  std::int32_t spanStart = 0;
-  bool spanCopies = false;  // [spanStart, a) is still to be written: copied or cleared
-  const auto flush = [&](std::int32_t end) {
-    if (end <= spanStart) return;
-    const auto bytes = static_cast<std::size_t>(end - spanStart) * sizeof(std::uint32_t);
-    if (spanCopies) {
-      std::memcpy(out + spanStart, words + spanStart, bytes);
-    } else {
-      std::memset(out + spanStart, 0, bytes);
-    }
-    spanStart = end;
-  };
+  std::int32_t spanStart = x0;
+  std::uint32_t spanMask = 0;
   std::int32_t start = 0;
   for (std::int32_t r = plan.classRunFirst[row]; r < last; ++r) {
     const std::int32_t end = runEnd[r];
@@ -368,18 +366,14 @@ void CutCellRow(const CutPlan& plan, std::uint32_t* out, const std::uint32_t* sc
     for (int range = 0; range < 3; ++range) {
       const std::int32_t a = start > bounds[range] ? start : bounds[range];
       const std::int32_t b = end < bounds[range + 1] ? end : bounds[range + 1];
-      if (a >= b) continue;
-      const bool copies = take[range][c] != 0;
-      if (copies != spanCopies) {
-        flush(a);
-        spanCopies = copies;
-      }
+      if (a >= b || take[range][c] == spanMask) continue;
+      MaskSpan(out, words, spanMask, spanStart, a);
+      spanStart = a;
+      spanMask = take[range][c];
     }
     start = end;
   }
-  if (spanCopies) flush(x1);
-  spanCopies = false;
-  flush(W);
+  MaskSpan(out, words, spanMask, spanStart, x1);
 }
 
 template <int Bits>
