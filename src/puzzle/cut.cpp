@@ -11,6 +11,18 @@
 #include "system/assert.h"
 #include "system/random.h"
 
+#if defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define QV_POISON_GAPS 1
+#endif
+#endif
+#if defined(__SANITIZE_ADDRESS__) && !defined(QV_POISON_GAPS)
+#define QV_POISON_GAPS 1
+#endif
+#ifdef QV_POISON_GAPS
+#include <sanitizer/asan_interface.h>
+#endif
+
 namespace qv {
 
 namespace {
@@ -22,6 +34,71 @@ static_assert(std::endian::native == std::endian::little,
 constexpr double kMaxScaledSide = 32768.0;
 constexpr std::uint64_t kMaxAtlasBytes = std::uint64_t{1} << 30;
 constexpr std::int32_t kDieReach = kDieCell + 2 * kDieMargin - 1;  // 331, last column of a cell
+
+// One of the cut's working maps: a typed part of the block they share.
+template <class T>
+struct MapSlice {
+  T* values = nullptr;
+  T* data() const { return values; }
+  T& operator[](std::size_t i) const { return values[i]; }
+};
+
+// The cut's dozen working maps, each small beside the atlas, in one block instead of a dozen:
+// a block costs more to have and to give back than most maps cost to fill. Under
+// AddressSanitizer the gap after each map stays poisoned, so running off the end of one is
+// still caught as it would be between separate blocks.
+class MapBlock {
+ public:
+  template <class T>
+  void Add(MapSlice<T>& slice, std::size_t count) {
+    static_assert(alignof(T) <= kAlign, "maps hold plain numbers");
+    if (count_ == kMaxParts || count == 0 || count > SIZE_MAX / 2 / sizeof(T)) {
+      valid_ = false;
+      return;
+    }
+    parts_[count_] = Part{&slice, &Place<T>, count * sizeof(T)};
+    ++count_;
+  }
+  bool Allocate() {
+    std::size_t total = 0;
+    for (int i = 0; i < count_ && valid_; ++i) {
+      const std::size_t rounded = (parts_[i].bytes + kAlign - 1) / kAlign * kAlign;
+      if (rounded > SIZE_MAX - total - kGap) valid_ = false;
+      total += rounded + kGap;
+    }
+    if (!valid_ || !block_.Allocate(total)) return false;
+    std::size_t at = 0;
+    for (int i = 0; i < count_; ++i) {
+      parts_[i].place(parts_[i].slice, block_.data() + at);
+      const std::size_t end = at + parts_[i].bytes;  // the first byte past the map
+      at += (parts_[i].bytes + kAlign - 1) / kAlign * kAlign + kGap;
+#ifdef QV_POISON_GAPS
+      __asan_poison_memory_region(block_.data() + end, at - end);
+#else
+      static_cast<void>(end);
+#endif
+    }
+    return true;
+  }
+
+ private:
+  struct Part {
+    void* slice;
+    void (*place)(void* slice, std::uint8_t* at);
+    std::size_t bytes;
+  };
+  template <class T>
+  static void Place(void* slice, std::uint8_t* at) {
+    static_cast<MapSlice<T>*>(slice)->values = reinterpret_cast<T*>(at);
+  }
+  static constexpr std::size_t kAlign = 8;  // the sanitizer's granule, and room for any map
+  static constexpr std::size_t kGap = 32;
+  static constexpr int kMaxParts = 16;
+  EngineArray<std::uint8_t> block_;
+  Part parts_[kMaxParts] = {};
+  int count_ = 0;
+  bool valid_ = true;
+};
 
 // Everything the pixel loop needs, computed once per cut.
 struct CutPlan {
@@ -36,37 +113,39 @@ struct CutPlan {
   const std::uint8_t* die = nullptr;  // bottom-up rows of labels
   std::int32_t dieWidth = 0, dieHeight = 0;
   std::uint32_t palette[256] = {};    // colour table as atlas words, membership set
-  EngineArray<std::int32_t> sourceColumn;  // byte offset in a picture row, per picture column
-  EngineArray<std::int32_t> sourceRow;     // top-down picture row, per picture row
-  EngineArray<std::int32_t> dieColumn;     // die column of each cell column (0 ... 331)
-  EngineArray<std::int32_t> dieRow;        // die row of each cell row
+  MapSlice<std::int32_t> sourceColumn;  // byte offset in a picture row, per picture column
+  MapSlice<std::int32_t> sourceRow;     // top-down picture row, per picture row
+  MapSlice<std::int32_t> dieColumn;     // die column of each cell column (0 ... 331)
+  MapSlice<std::int32_t> dieRow;        // die row of each cell row
   // Die column with the die cell's offset, per die column q and cell column x.
-  EngineArray<std::int32_t> dieIndex;
+  MapSlice<std::int32_t> dieIndex;
   // Inner pieces take exactly their own label, and die cell (p, q) always cuts the same shape:
   // all ones where the die holds the own label, per (p, q) and cell pixel. The pixel loop then
   // only masks picture words, which the compiler turns into vector code.
-  EngineArray<std::uint32_t> ownMask;
+  MapSlice<std::uint32_t> ownMask;
   // For pieces on the border: which of the five labels of die cell (p, q) each cell pixel
   // holds (kOwn ... kLeft), or kOther.
-  EngineArray<std::uint8_t> labelClass;
+  MapSlice<std::uint8_t> labelClass;
   // Without the tables: the same classes as runs, per die cell (p, q) and cell row y (row
   // (p * dc + q) * H + y), for the die cells the grid uses. Row r's runs are classRunFirst[r]
   // up to classRunFirst[r + 1], each ending (exclusive) at classRunEnd. A die row is a few runs
   // long, so the pixel loop copies or clears whole runs instead of reading the die per pixel.
-  EngineArray<std::int32_t> classRunFirst;
-  EngineArray<std::int32_t> classRunEnd;
-  EngineArray<std::uint8_t> classRunClass;
+  MapSlice<std::int32_t> classRunFirst;
+  MapSlice<std::int32_t> classRunEnd;
+  MapSlice<std::uint8_t> classRunClass;
   // Scaled picture rows as atlas words, kept in a ring of ringRows slots (slot py mod ringRows,
   // with the row each slot holds): a row of pieces needs H rows, and the next row of pieces
   // reuses most of them. The ring is kept small beside the atlas for coarse grids.
-  EngineArray<std::uint32_t> ring;
-  EngineArray<std::int32_t> ringRow;
+  MapSlice<std::uint32_t> ring;
+  MapSlice<std::int32_t> ringRow;
   std::int32_t ringRows = 0;
   // The scaled row as runs of equal source columns: an enlarged picture repeats each source
   // pixel, which is then looked up once a run.
-  EngineArray<std::int32_t> runSource;
-  EngineArray<std::int32_t> runLength;
+  MapSlice<std::int32_t> runSource;
+  MapSlice<std::int32_t> runLength;
   std::int32_t runs = 0;
+  MapBlock maps;  // every map above but the class runs
+  MapBlock runMaps;  // the class runs, counted once the other maps are made
   // The per-die-cell tables pay off only when many pieces share each die cell; a coarse grid
   // reads the die pixel by pixel instead, so that the tables never grow beside the atlas.
   bool useTables = false;
@@ -153,18 +232,20 @@ bool BuildMaps(CutPlan& plan, std::int32_t sw, double scale) {
   const auto W = static_cast<std::size_t>(plan.W);
   const auto H = static_cast<std::size_t>(plan.H);
   const auto cells = static_cast<std::size_t>(plan.dr) * static_cast<std::size_t>(plan.dc);
-  if (!plan.sourceColumn.Allocate(static_cast<std::size_t>(plan.pw)) ||
-      !plan.sourceRow.Allocate(static_cast<std::size_t>(plan.ph)) ||
-      !plan.dieColumn.Allocate(W) || !plan.dieRow.Allocate(H) ||
-      !plan.dieIndex.Allocate(static_cast<std::size_t>(plan.dc) * W) ||
-      (plan.useTables && (!plan.ownMask.Allocate(cells * H * W) ||
-                          !plan.labelClass.Allocate(cells * H * W))) ||
-      !plan.ring.Allocate(static_cast<std::size_t>(plan.ringRows) * static_cast<std::size_t>(plan.pw)) ||
-      !plan.ringRow.Allocate(static_cast<std::size_t>(plan.ringRows)) ||
-      !plan.runSource.Allocate(static_cast<std::size_t>(plan.pw)) ||
-      !plan.runLength.Allocate(static_cast<std::size_t>(plan.pw))) {
-    return false;
+  plan.maps.Add(plan.sourceColumn, static_cast<std::size_t>(plan.pw));
+  plan.maps.Add(plan.sourceRow, static_cast<std::size_t>(plan.ph));
+  plan.maps.Add(plan.dieColumn, W);
+  plan.maps.Add(plan.dieRow, H);
+  plan.maps.Add(plan.dieIndex, static_cast<std::size_t>(plan.dc) * W);
+  if (plan.useTables) {
+    plan.maps.Add(plan.ownMask, cells * H * W);
+    plan.maps.Add(plan.labelClass, cells * H * W);
   }
+  plan.maps.Add(plan.ring, static_cast<std::size_t>(plan.ringRows) * static_cast<std::size_t>(plan.pw));
+  plan.maps.Add(plan.ringRow, static_cast<std::size_t>(plan.ringRows));
+  plan.maps.Add(plan.runSource, static_cast<std::size_t>(plan.pw));
+  plan.maps.Add(plan.runLength, static_cast<std::size_t>(plan.pw));
+  if (!plan.maps.Allocate()) return false;
   const int bytesPerPixel = plan.bits / 8;
   bool inRange = true;
   for (std::int32_t x = 0; x < plan.pw; ++x) {
@@ -231,10 +312,10 @@ bool BuildMaps(CutPlan& plan, std::int32_t sw, double scale) {
   }
   if (!plan.useTables) {
     const std::size_t runs = BuildClassRuns(plan, false);
-    if (!plan.classRunFirst.Allocate(cells * H + 1) || !plan.classRunEnd.Allocate(runs) ||
-        !plan.classRunClass.Allocate(runs)) {
-      return false;
-    }
+    plan.runMaps.Add(plan.classRunFirst, cells * H + 1);
+    plan.runMaps.Add(plan.classRunEnd, runs);
+    plan.runMaps.Add(plan.classRunClass, runs);
+    if (!plan.runMaps.Allocate()) return false;
     BuildClassRuns(plan, true);
   }
   for (std::int32_t slot = 0; slot < plan.ringRows; ++slot) plan.ringRow[static_cast<std::size_t>(slot)] = -1;
@@ -328,7 +409,9 @@ void CutCellRow(const CutPlan& plan, std::uint32_t* out, const std::uint32_t* sc
   const bool topRow = top && y >= plan.my;
   const bool bottomRow = bottom && y <= plan.my + plan.ch;
   const std::int32_t rightEdge = plan.mx + plan.cw;
-  const std::int32_t bounds[4] = {x0, std::clamp(plan.mx, x0, x1), std::clamp(rightEdge + 1, x0, x1), x1};
+  // Clamped by hand: std::clamp is a call of its own in the fuzz build, counted every row.
+  const auto within = [x0, x1](std::int32_t v) { return v < x0 ? x0 : v > x1 ? x1 : v; };
+  const std::int32_t bounds[4] = {x0, within(plan.mx), within(rightEdge + 1), x1};
   std::uint32_t take[3][6] = {};
   for (int range = 0; range < 3; ++range) {
     const bool ownColumn = !(left && range == 0) && !(right && range == 2);
