@@ -55,9 +55,10 @@ play: deps win64 win32
 widget-demo: deps win64
 	@bash tools/play.sh $(BUILD) widget-demo
 
-# Longer fuzzing than the test run gives: FUZZ_SECONDS per target (default 300).
+# Longer fuzzing than the test run gives: FUZZ_SECONDS per target (default 300), in
+# FUZZ_WORKERS processes sharing its corpus (default 2, one a core).
 fuzz: fuzz-tree
-	@bash tools/test/fuzz.sh $(BUILD)/fuzz $${FUZZ_SECONDS:-300}
+	@bash tools/test/fuzz.sh $(BUILD)/fuzz $${FUZZ_SECONDS:-300} $${FUZZ_WORKERS:-2}
 
 bench: native
 	$(BUILD)/native/bench/quorvex_bench --benchmark_counters_tabular=true

@@ -112,6 +112,20 @@ bool ResourceFile::LoadPicture(std::uint32_t identifier, PackedDib& into) {
   return true;
 }
 
+bool ResourceFile::ViewPicture(std::uint32_t identifier, PictureView& view) {
+  if (!file_.InMemory()) return false;
+  BitmapInfoHeader header;
+  if (!ReadPictureHeader(identifier, header)) return false;
+  const std::uint8_t* pixels = nullptr;
+  if (!file_.SeekRelative(std::int64_t{4} * header.biClrUsed) ||
+      (pixels = file_.Borrow(header.biSizeImage)) == nullptr) {
+    return false;
+  }
+  view.header = header;
+  view.pixels = pixels;
+  return true;
+}
+
 ResourceFile& TheResourceFile() {
   static ResourceFile file;
   return file;

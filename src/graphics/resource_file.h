@@ -18,6 +18,12 @@ struct RfDirectoryEntry {
 };
 static_assert(sizeof(RfDirectoryEntry) == 16, "a directory entry is 16 bytes");
 
+// A picture of a resource file held in memory, where it lies in those bytes.
+struct PictureView {
+  BitmapInfoHeader header{};
+  const std::uint8_t* pixels = nullptr;  // header.biSizeImage bytes, rows from the bottom
+};
+
 class ResourceFile {
  public:
   // Reads the directory; the file stays open for later loads. A file whose directory does
@@ -26,6 +32,8 @@ class ResourceFile {
   // The same for a resource file in memory; the bytes are borrowed and must outlive the object.
   bool OpenBytes(std::span<const std::uint8_t> bytes);
   bool IsOpen() const { return file_.IsOpen(); }
+  // Opened on bytes: its pictures can be viewed in place instead of loaded.
+  bool InMemory() const { return file_.InMemory(); }
   std::size_t EntryCount() const { return directory_.size(); }
 
   // The first entry with this identifier, or null.
@@ -37,6 +45,9 @@ class ResourceFile {
   // Only the picture's header, checked as LoadPicture checks it, with every byte the picture
   // needs inside the file: what a caller needs to know the size before loading it.
   bool ReadPictureHeader(std::uint32_t identifier, BitmapInfoHeader& header);
+  // For a file in memory: the picture with the checks LoadPicture makes, without a copy; valid
+  // while the bytes are. False for a file on disk (load the picture instead) or a bad picture.
+  bool ViewPicture(std::uint32_t identifier, PictureView& view);
 
  private:
   bool ReadDirectory(BinaryFile&& file);

@@ -11,6 +11,18 @@
 #include "system/assert.h"
 #include "system/random.h"
 
+#if defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define QV_POISON_GAPS 1
+#endif
+#endif
+#if defined(__SANITIZE_ADDRESS__) && !defined(QV_POISON_GAPS)
+#define QV_POISON_GAPS 1
+#endif
+#ifdef QV_POISON_GAPS
+#include <sanitizer/asan_interface.h>
+#endif
+
 namespace qv {
 
 namespace {
@@ -22,6 +34,71 @@ static_assert(std::endian::native == std::endian::little,
 constexpr double kMaxScaledSide = 32768.0;
 constexpr std::uint64_t kMaxAtlasBytes = std::uint64_t{1} << 30;
 constexpr std::int32_t kDieReach = kDieCell + 2 * kDieMargin - 1;  // 331, last column of a cell
+
+// One of the cut's working maps: a typed part of the block they share.
+template <class T>
+struct MapSlice {
+  T* values = nullptr;
+  T* data() const { return values; }
+  T& operator[](std::size_t i) const { return values[i]; }
+};
+
+// The cut's dozen working maps, each small beside the atlas, in one block instead of a dozen:
+// a block costs more to have and to give back than most maps cost to fill. Under
+// AddressSanitizer the gap after each map stays poisoned, so running off the end of one is
+// still caught as it would be between separate blocks.
+class MapBlock {
+ public:
+  template <class T>
+  void Add(MapSlice<T>& slice, std::size_t count) {
+    static_assert(alignof(T) <= kAlign, "maps hold plain numbers");
+    if (count_ == kMaxParts || count == 0 || count > SIZE_MAX / 2 / sizeof(T)) {
+      valid_ = false;
+      return;
+    }
+    parts_[count_] = Part{&slice, &Place<T>, count * sizeof(T)};
+    ++count_;
+  }
+  bool Allocate() {
+    std::size_t total = 0;
+    for (int i = 0; i < count_ && valid_; ++i) {
+      const std::size_t rounded = (parts_[i].bytes + kAlign - 1) / kAlign * kAlign;
+      if (rounded > SIZE_MAX - total - kGap) valid_ = false;
+      total += rounded + kGap;
+    }
+    if (!valid_ || !block_.Allocate(total)) return false;
+    std::size_t at = 0;
+    for (int i = 0; i < count_; ++i) {
+      parts_[i].place(parts_[i].slice, block_.data() + at);
+      const std::size_t end = at + parts_[i].bytes;  // the first byte past the map
+      at += (parts_[i].bytes + kAlign - 1) / kAlign * kAlign + kGap;
+#ifdef QV_POISON_GAPS
+      __asan_poison_memory_region(block_.data() + end, at - end);
+#else
+      static_cast<void>(end);
+#endif
+    }
+    return true;
+  }
+
+ private:
+  struct Part {
+    void* slice;
+    void (*place)(void* slice, std::uint8_t* at);
+    std::size_t bytes;
+  };
+  template <class T>
+  static void Place(void* slice, std::uint8_t* at) {
+    static_cast<MapSlice<T>*>(slice)->values = reinterpret_cast<T*>(at);
+  }
+  static constexpr std::size_t kAlign = 8;  // the sanitizer's granule, and room for any map
+  static constexpr std::size_t kGap = 32;
+  static constexpr int kMaxParts = 16;
+  EngineArray<std::uint8_t> block_;
+  Part parts_[kMaxParts] = {};
+  int count_ = 0;
+  bool valid_ = true;
+};
 
 // Everything the pixel loop needs, computed once per cut.
 struct CutPlan {
@@ -36,37 +113,39 @@ struct CutPlan {
   const std::uint8_t* die = nullptr;  // bottom-up rows of labels
   std::int32_t dieWidth = 0, dieHeight = 0;
   std::uint32_t palette[256] = {};    // colour table as atlas words, membership set
-  EngineArray<std::int32_t> sourceColumn;  // byte offset in a picture row, per picture column
-  EngineArray<std::int32_t> sourceRow;     // top-down picture row, per picture row
-  EngineArray<std::int32_t> dieColumn;     // die column of each cell column (0 ... 331)
-  EngineArray<std::int32_t> dieRow;        // die row of each cell row
+  MapSlice<std::int32_t> sourceColumn;  // byte offset in a picture row, per picture column
+  MapSlice<std::int32_t> sourceRow;     // top-down picture row, per picture row
+  MapSlice<std::int32_t> dieColumn;     // die column of each cell column (0 ... 331)
+  MapSlice<std::int32_t> dieRow;        // die row of each cell row
   // Die column with the die cell's offset, per die column q and cell column x.
-  EngineArray<std::int32_t> dieIndex;
+  MapSlice<std::int32_t> dieIndex;
   // Inner pieces take exactly their own label, and die cell (p, q) always cuts the same shape:
   // all ones where the die holds the own label, per (p, q) and cell pixel. The pixel loop then
   // only masks picture words, which the compiler turns into vector code.
-  EngineArray<std::uint32_t> ownMask;
+  MapSlice<std::uint32_t> ownMask;
   // For pieces on the border: which of the five labels of die cell (p, q) each cell pixel
   // holds (kOwn ... kLeft), or kOther.
-  EngineArray<std::uint8_t> labelClass;
+  MapSlice<std::uint8_t> labelClass;
   // Without the tables: the same classes as runs, per die cell (p, q) and cell row y (row
   // (p * dc + q) * H + y), for the die cells the grid uses. Row r's runs are classRunFirst[r]
   // up to classRunFirst[r + 1], each ending (exclusive) at classRunEnd. A die row is a few runs
   // long, so the pixel loop copies or clears whole runs instead of reading the die per pixel.
-  EngineArray<std::int32_t> classRunFirst;
-  EngineArray<std::int32_t> classRunEnd;
-  EngineArray<std::uint8_t> classRunClass;
+  MapSlice<std::int32_t> classRunFirst;
+  MapSlice<std::int32_t> classRunEnd;
+  MapSlice<std::uint8_t> classRunClass;
   // Scaled picture rows as atlas words, kept in a ring of ringRows slots (slot py mod ringRows,
   // with the row each slot holds): a row of pieces needs H rows, and the next row of pieces
   // reuses most of them. The ring is kept small beside the atlas for coarse grids.
-  EngineArray<std::uint32_t> ring;
-  EngineArray<std::int32_t> ringRow;
+  MapSlice<std::uint32_t> ring;
+  MapSlice<std::int32_t> ringRow;
   std::int32_t ringRows = 0;
   // The scaled row as runs of equal source columns: an enlarged picture repeats each source
   // pixel, which is then looked up once a run.
-  EngineArray<std::int32_t> runSource;
-  EngineArray<std::int32_t> runLength;
+  MapSlice<std::int32_t> runSource;
+  MapSlice<std::int32_t> runLength;
   std::int32_t runs = 0;
+  MapBlock maps;  // every map above but the class runs
+  MapBlock runMaps;  // the class runs, counted once the other maps are made
   // The per-die-cell tables pay off only when many pieces share each die cell; a coarse grid
   // reads the die pixel by pixel instead, so that the tables never grow beside the atlas.
   bool useTables = false;
@@ -153,18 +232,20 @@ bool BuildMaps(CutPlan& plan, std::int32_t sw, double scale) {
   const auto W = static_cast<std::size_t>(plan.W);
   const auto H = static_cast<std::size_t>(plan.H);
   const auto cells = static_cast<std::size_t>(plan.dr) * static_cast<std::size_t>(plan.dc);
-  if (!plan.sourceColumn.Allocate(static_cast<std::size_t>(plan.pw)) ||
-      !plan.sourceRow.Allocate(static_cast<std::size_t>(plan.ph)) ||
-      !plan.dieColumn.Allocate(W) || !plan.dieRow.Allocate(H) ||
-      !plan.dieIndex.Allocate(static_cast<std::size_t>(plan.dc) * W) ||
-      (plan.useTables && (!plan.ownMask.Allocate(cells * H * W) ||
-                          !plan.labelClass.Allocate(cells * H * W))) ||
-      !plan.ring.Allocate(static_cast<std::size_t>(plan.ringRows) * static_cast<std::size_t>(plan.pw)) ||
-      !plan.ringRow.Allocate(static_cast<std::size_t>(plan.ringRows)) ||
-      !plan.runSource.Allocate(static_cast<std::size_t>(plan.pw)) ||
-      !plan.runLength.Allocate(static_cast<std::size_t>(plan.pw))) {
-    return false;
+  plan.maps.Add(plan.sourceColumn, static_cast<std::size_t>(plan.pw));
+  plan.maps.Add(plan.sourceRow, static_cast<std::size_t>(plan.ph));
+  plan.maps.Add(plan.dieColumn, W);
+  plan.maps.Add(plan.dieRow, H);
+  plan.maps.Add(plan.dieIndex, static_cast<std::size_t>(plan.dc) * W);
+  if (plan.useTables) {
+    plan.maps.Add(plan.ownMask, cells * H * W);
+    plan.maps.Add(plan.labelClass, cells * H * W);
   }
+  plan.maps.Add(plan.ring, static_cast<std::size_t>(plan.ringRows) * static_cast<std::size_t>(plan.pw));
+  plan.maps.Add(plan.ringRow, static_cast<std::size_t>(plan.ringRows));
+  plan.maps.Add(plan.runSource, static_cast<std::size_t>(plan.pw));
+  plan.maps.Add(plan.runLength, static_cast<std::size_t>(plan.pw));
+  if (!plan.maps.Allocate()) return false;
   const int bytesPerPixel = plan.bits / 8;
   bool inRange = true;
   for (std::int32_t x = 0; x < plan.pw; ++x) {
@@ -231,10 +312,10 @@ bool BuildMaps(CutPlan& plan, std::int32_t sw, double scale) {
   }
   if (!plan.useTables) {
     const std::size_t runs = BuildClassRuns(plan, false);
-    if (!plan.classRunFirst.Allocate(cells * H + 1) || !plan.classRunEnd.Allocate(runs) ||
-        !plan.classRunClass.Allocate(runs)) {
-      return false;
-    }
+    plan.runMaps.Add(plan.classRunFirst, cells * H + 1);
+    plan.runMaps.Add(plan.classRunEnd, runs);
+    plan.runMaps.Add(plan.classRunClass, runs);
+    if (!plan.runMaps.Allocate()) return false;
     BuildClassRuns(plan, true);
   }
   for (std::int32_t slot = 0; slot < plan.ringRows; ++slot) plan.ringRow[static_cast<std::size_t>(slot)] = -1;
@@ -243,8 +324,10 @@ bool BuildMaps(CutPlan& plan, std::int32_t sw, double scale) {
 
 // Scaled picture row py (its colours as atlas words), made in the ring when it is not there.
 // An enlarged picture repeats source rows; a repeated row is a copy of the one before it.
+// Kept out of line: the fuzz build names its pixel loops to leave them uncounted, and a copy
+// inlined into the caller would be counted under the caller's name.
 template <int Bits>
-const std::uint32_t* ScaledRow(CutPlan& plan, std::int32_t py) {
+[[gnu::noinline]] const std::uint32_t* ScaledRow(CutPlan& plan, std::int32_t py) {
   const auto width = static_cast<std::size_t>(plan.pw);
   const auto slot = static_cast<std::size_t>(py % plan.ringRows);
   std::uint32_t* out = plan.ring.data() + slot * width;
@@ -260,17 +343,23 @@ const std::uint32_t* ScaledRow(CutPlan& plan, std::int32_t py) {
   }
   const std::uint8_t* __restrict in =
       plan.picture + static_cast<std::int64_t>(plan.sh - 1 - sourceRow) * plan.pictureStride;
+  // Plain pointers rather than the arrays' operator[]: its checks belong to the array, which is
+  // instrumented where it is defined, and per pixel they cost more than the conversion.
+  const std::int32_t* __restrict runSource = plan.runSource.data();
+  const std::int32_t* __restrict runLength = plan.runLength.data();
   std::uint32_t* __restrict write = out;
   for (std::int32_t r = 0; r < plan.runs; ++r) {
-    const std::uint8_t* s = in + plan.runSource[static_cast<std::size_t>(r)];
+    const std::uint8_t* s = in + runSource[r];
     std::uint32_t word;
     if constexpr (Bits == 8) {
       word = plan.palette[*s];
     } else {
-      word = static_cast<std::uint32_t>(s[0]) | (static_cast<std::uint32_t>(s[1]) << 8) |
-             (static_cast<std::uint32_t>(s[2]) << 16) | (1u << 24);
+      // Blue and green as one 16-bit read, then red.
+      std::uint16_t blueGreen;
+      std::memcpy(&blueGreen, s, sizeof blueGreen);
+      word = blueGreen | (static_cast<std::uint32_t>(s[2]) << 16) | (1u << 24);
     }
-    for (std::int32_t n = plan.runLength[static_cast<std::size_t>(r)]; n > 0; --n) *write++ = word;
+    for (std::int32_t n = runLength[r]; n > 0; --n) *write++ = word;
   }
   plan.ringRow[slot] = py;
   return out;
@@ -279,6 +368,18 @@ const std::uint32_t* ScaledRow(CutPlan& plan, std::int32_t py) {
 void MaskRun(std::uint32_t* __restrict out, const std::uint32_t* __restrict words,
              const std::uint32_t* __restrict mask, std::int32_t x0, std::int32_t x1) {
   for (std::int32_t x = x0; x < x1; ++x) out[x] = words[x] & mask[x];
+}
+
+// Picture words or nothing, as the mask says, over [x0, x1).
+void MaskSpan(std::uint32_t* __restrict out, const std::uint32_t* __restrict words,
+              std::uint32_t mask, std::int32_t x0, std::int32_t x1) {
+  for (std::int32_t x = x0; x < x1; ++x) out[x] = words[x] & mask;
+}
+
+// The cell columns outside the picture, [0, x0) and [x1, width), are left empty.
+void ClearOutside(std::uint32_t* out, std::int32_t x0, std::int32_t x1, std::int32_t width) {
+  for (std::int32_t x = 0; x < x0; ++x) out[x] = 0;
+  for (std::int32_t x = x1; x < width; ++x) out[x] = 0;
 }
 
 // One row of one piece's cell. The claim rules: a piece takes its own label, except where it
@@ -293,13 +394,12 @@ void CutCellRow(const CutPlan& plan, std::uint32_t* out, const std::uint32_t* sc
   std::int32_t x0 = ox < 0 ? -ox : 0;
   std::int32_t x1 = plan.pw - ox < W ? plan.pw - ox : W;
   if (x1 < x0) x1 = x0;
-  for (std::int32_t x = 0; x < x0; ++x) out[x] = 0;
-  for (std::int32_t x = x1; x < W; ++x) out[x] = 0;
   const std::uint32_t* words = scaled + ox;  // indexed by cell column, valid in [x0, x1)
 
   const auto tableRow =
       (static_cast<std::size_t>(p * plan.dc + q) * plan.H + static_cast<std::size_t>(y)) * W;
   if (plan.useTables && !left && !right && !top && !bottom) {
+    ClearOutside(out, x0, x1, W);
     MaskRun(out, words, plan.ownMask.data() + tableRow, x0, x1);
     return;
   }
@@ -309,7 +409,9 @@ void CutCellRow(const CutPlan& plan, std::uint32_t* out, const std::uint32_t* sc
   const bool topRow = top && y >= plan.my;
   const bool bottomRow = bottom && y <= plan.my + plan.ch;
   const std::int32_t rightEdge = plan.mx + plan.cw;
-  const std::int32_t bounds[4] = {x0, std::clamp(plan.mx, x0, x1), std::clamp(rightEdge + 1, x0, x1), x1};
+  // Clamped by hand: std::clamp is a call of its own in the fuzz build, counted every row.
+  const auto within = [x0, x1](std::int32_t v) { return v < x0 ? x0 : v > x1 ? x1 : v; };
+  const std::int32_t bounds[4] = {x0, within(plan.mx), within(rightEdge + 1), x1};
   std::uint32_t take[3][6] = {};
   for (int range = 0; range < 3; ++range) {
     const bool ownColumn = !(left && range == 0) && !(right && range == 2);
@@ -320,6 +422,7 @@ void CutCellRow(const CutPlan& plan, std::uint32_t* out, const std::uint32_t* sc
     take[range][kLeft] = left && range != 0 ? ~0u : 0u;
   }
   if (plan.useTables) {
+    ClearOutside(out, x0, x1, W);
     const std::uint8_t* classes = plan.labelClass.data() + tableRow;
     for (int range = 0; range < 3; ++range) {
       for (std::int32_t x = bounds[range]; x < bounds[range + 1]; ++x) {
@@ -329,26 +432,31 @@ void CutCellRow(const CutPlan& plan, std::uint32_t* out, const std::uint32_t* sc
     return;
   }
   // Each run of one class, split at the column ranges, is either the picture or nothing.
+  // Neighbouring spans of the same kind are written as one, through the same masked loop as
+  // the tables' (a handful of spans a row: a call to copy or clear each cost more).
+  ClearOutside(out, x0, x1, W);
   const auto row = static_cast<std::size_t>(p * plan.dc + q) * static_cast<std::size_t>(plan.H) +
                    static_cast<std::size_t>(y);
   const std::int32_t last = plan.classRunFirst[row + 1];
+  const std::int32_t* runEnd = plan.classRunEnd.data();
+  const std::uint8_t* runClass = plan.classRunClass.data();
+  std::int32_t spanStart = x0;
+  std::uint32_t spanMask = 0;
   std::int32_t start = 0;
   for (std::int32_t r = plan.classRunFirst[row]; r < last; ++r) {
-    const std::int32_t end = plan.classRunEnd[static_cast<std::size_t>(r)];
-    const std::uint8_t c = plan.classRunClass[static_cast<std::size_t>(r)];
+    const std::int32_t end = runEnd[r];
+    const std::uint8_t c = runClass[r];
     for (int range = 0; range < 3; ++range) {
-      const std::int32_t a = std::max(start, bounds[range]);
-      const std::int32_t b = std::min(end, bounds[range + 1]);
-      if (a >= b) continue;
-      const auto bytes = static_cast<std::size_t>(b - a) * sizeof(std::uint32_t);
-      if (take[range][c] != 0) {
-        std::memcpy(out + a, words + a, bytes);
-      } else {
-        std::memset(out + a, 0, bytes);
-      }
+      const std::int32_t a = start > bounds[range] ? start : bounds[range];
+      const std::int32_t b = end < bounds[range + 1] ? end : bounds[range + 1];
+      if (a >= b || take[range][c] == spanMask) continue;
+      MaskSpan(out, words, spanMask, spanStart, a);
+      spanStart = a;
+      spanMask = take[range][c];
     }
     start = end;
   }
+  MaskSpan(out, words, spanMask, spanStart, x1);
 }
 
 template <int Bits>
@@ -508,21 +616,34 @@ bool CrearPuzzle(std::int32_t dieRows, std::int32_t dieCols, std::uint32_t dieId
     return done(false);
   }
 
-  // Step 5: the die.
-  PackedDib die;
-  if (!TheResourceFile().LoadPicture(dieId, die)) {
-    FreeCutArrays(p);
-    return done(false);
+  // Step 5: the die. A resource file held in memory lends it where it lies; one on disk is
+  // read into a block the engine holds until the cut is done.
+  ResourceFile& resources = TheResourceFile();
+  PackedDib loadedDie;
+  PictureView die;
+  if (resources.InMemory()) {
+    if (!resources.ViewPicture(dieId, die)) {
+      FreeCutArrays(p);
+      return done(false);
+    }
+  } else {
+    if (!resources.LoadPicture(dieId, loadedDie)) {
+      FreeCutArrays(p);
+      return done(false);
+    }
+    die.header = *DibHeader(loadedDie.get());
+    die.pixels = DibPixels(loadedDie.get());
   }
-  NoteEngineBytes(static_cast<std::ptrdiff_t>(die.blockBytes()));
-  const auto dieDone = [&die](bool result) {
-    NoteEngineBytes(-static_cast<std::ptrdiff_t>(die.blockBytes()));
+  const std::size_t heldDieBytes = loadedDie.blockBytes();
+  NoteEngineBytes(static_cast<std::ptrdiff_t>(heldDieBytes));
+  const auto dieDone = [heldDieBytes](bool result) {
+    NoteEngineBytes(-static_cast<std::ptrdiff_t>(heldDieBytes));
     return result;
   };
-  plan.die = DibPixels(die.get());
-  plan.dieWidth = die.width();
-  plan.dieHeight = die.height();
-  if (!QV_CHECK(ImageBitCount(die.get()) == 8 && plan.dieWidth == dieCols * kDieCell + 2 * kDieMargin &&
+  plan.die = die.pixels;
+  plan.dieWidth = die.header.biWidth;
+  plan.dieHeight = die.header.biHeight;
+  if (!QV_CHECK(die.header.biBitCount == 8 && plan.dieWidth == dieCols * kDieCell + 2 * kDieMargin &&
                     plan.dieHeight == dieRows * kDieCell + 2 * kDieMargin,
                 "este troquel tiene dimensiones invalidas")) {
     FreeCutArrays(p);
@@ -541,7 +662,7 @@ bool CrearPuzzle(std::int32_t dieRows, std::int32_t dieCols, std::uint32_t dieId
   const bool cut = BuildMaps(plan, sw, p.scale) &&
                    (plan.bits == 8 ? CutAll<8>(plan, p) : CutAll<24>(plan, p));
   dieDone(true);
-  die.Reset();
+  loadedDie.Reset();
   if (!cut) {
     FreeCutArrays(p);
     return done(false);

@@ -105,6 +105,13 @@ std::size_t BinaryFile::Read(void* buffer, std::size_t bytes) {
   return std::fread(buffer, 1, bytes, file_);
 }
 
+const std::uint8_t* BinaryFile::Borrow(std::size_t bytes) {
+  if (!memory_ || position_ > size_ || bytes > size_ - position_) return nullptr;
+  const std::uint8_t* at = memory_ + position_;
+  position_ += bytes;
+  return at;
+}
+
 bool BinaryFile::Write(const void* buffer, std::size_t bytes) {
   if (!file_) return false;
   if (bytes == 0) return true;

@@ -25,10 +25,14 @@ class BinaryFile {
   bool OpenBytes(std::span<const std::uint8_t> bytes);
   void Close();
   bool IsOpen() const { return file_ != nullptr || memory_ != nullptr; }
+  bool InMemory() const { return memory_ != nullptr; }
 
   // Returns the number of bytes really read (short at the end of the file or on error).
   std::size_t Read(void* buffer, std::size_t bytes);
   bool ReadExact(void* buffer, std::size_t bytes) { return Read(buffer, bytes) == bytes; }
+  // For a handle on bytes in memory: the next `bytes` bytes where they lie, without a copy,
+  // moving past them as a read would. Null on a file, or when fewer bytes are left.
+  const std::uint8_t* Borrow(std::size_t bytes);
   bool Write(const void* buffer, std::size_t bytes);
   bool Flush();
 

@@ -54,13 +54,23 @@ TEST_F(ResourceFileTest, LoadsEveryPictureByteForByte) {
   const std::vector<RfPicture> pictures = {PatternPicture(5000, 17, 9, 8, 256),
                                            PatternPicture(212, 3, 4, 8, 7),
                                            PatternPicture(6000, 5, 5, 24, 0)};
+  const std::vector<std::uint8_t> bytes = BuildResourceFile(pictures);
   ResourceFile file;
-  ASSERT_TRUE(file.Open(Write(BuildResourceFile(pictures)).c_str()));
+  ASSERT_TRUE(file.Open(Write(bytes).c_str()));
   EXPECT_EQ(file.EntryCount(), 3u);
+  ResourceFile memory;
+  ASSERT_TRUE(memory.OpenBytes(bytes));
   for (const auto& p : pictures) {
     PackedDib dib;
     ASSERT_TRUE(file.LoadPicture(p.identifier, dib)) << p.identifier;
     ExpectLoadedExactly(dib, p);
+    // In memory the same picture is seen where it lies; a file on disk has to be loaded.
+    PictureView view;
+    EXPECT_FALSE(file.ViewPicture(p.identifier, view));
+    ASSERT_TRUE(memory.ViewPicture(p.identifier, view)) << p.identifier;
+    EXPECT_EQ(0, std::memcmp(&view.header, dib.get(), sizeof view.header));
+    EXPECT_EQ(0, std::memcmp(view.pixels, p.pixels.data(), p.pixels.size()));
+    EXPECT_EQ(view.header.biSizeImage, p.pixels.size());
   }
 }
 
@@ -154,6 +164,8 @@ TEST_F(ResourceFileTest, RefusesBlocksThatDoNotFitOrCannotBeTrusted) {
     ASSERT_TRUE(file.LoadPicture(1, dib));
     const HIMAGE before = dib.get();
     EXPECT_FALSE(file.LoadPicture(2, dib)) << c.what;
+    PictureView view;
+    EXPECT_FALSE(file.ViewPicture(2, view)) << c.what;
     EXPECT_EQ(dib.get(), before) << c.what;
     ExpectLoadedExactly(dib, good);
   }
