@@ -81,8 +81,13 @@ void EnableOwnerOnClose(HWND screen) {
   // The keyboard goes back to the owner with the activation. Under Wine the owner of a screen
   // destroyed while it was active did not always become active again, and keys then reached no
   // window of the game (Escape during a drag among them).
+  // Only while the game has the foreground: another program the player went to keeps it.
   HWND active = GetActiveWindow();
-  if (!active || active == screen) {
+  HWND foreground = GetForegroundWindow();
+  DWORD process = 0;
+  if (foreground) GetWindowThreadProcessId(foreground, &process);
+  const bool ours = !foreground || process == GetCurrentProcessId();
+  if (ours && (!active || active == screen)) {
     SetForegroundWindow(owner);
     SetActiveWindow(owner);
   }
