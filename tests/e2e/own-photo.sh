@@ -32,7 +32,8 @@ place() { awk -v n="$1" '$1 == n { print $2, $3 }' <<<"$places"; }
 read -r bx by bw bh < <(awk '$1 == "board" { print $2, $3, $4, $5 }' <<<"$places")
 
 prefix="$work/prefix"
-bash "$here/tools/setup/wine-prefix.sh" "$prefix" "$size" >/dev/null
+bash "$here/tools/setup/wine-prefix.sh" "$prefix" "$size" >/dev/null ||
+  { echo "FAILED: the Wine prefix could not be prepared"; exit 1; }
 export WINEPREFIX=$prefix WINEDEBUG=-all
 # The path as the game's Open dialog is given it: Wine shows the Unix root as drive Z:.
 wine_photo="Z:${photo//\//\\}"

@@ -26,7 +26,8 @@ for k in 1 2 3 4 5; do cp "$dist/Image/1.bmp" "$game/Image/$k.bmp"; done
   { echo "the planner could not plan the scenario"; exit 1; }
 
 prefix="$work/prefix"
-bash "$here/tools/setup/wine-prefix.sh" "$prefix" "$size" >/dev/null
+bash "$here/tools/setup/wine-prefix.sh" "$prefix" "$size" >/dev/null ||
+  { echo "FAILED: the Wine prefix could not be prepared"; exit 1; }
 export WINEPREFIX=$prefix WINEDEBUG=-all
 
 exec xvfb-run -a -s "-screen 0 ${size}x${depth}" bash -c '

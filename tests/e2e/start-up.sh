@@ -27,7 +27,8 @@ case $mode in
   screen)
     size=$5
     depth=$6
-    bash "$source_dir/tools/setup/wine-prefix.sh" "$work/prefix" "$size" --no-desktop >/dev/null
+    bash "$source_dir/tools/setup/wine-prefix.sh" "$work/prefix" "$size" --no-desktop >/dev/null ||
+      { echo "FAILED: the Wine prefix could not be prepared"; exit 1; }
     export WINEPREFIX=$work/prefix WINEDEBUG=-all
     exec xvfb-run -a -s "-screen 0 ${size}x${depth}" bash -c '
       dist=$0 width=${1%x*} height=${1#*x}

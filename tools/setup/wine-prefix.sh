@@ -13,6 +13,18 @@ desktop=yes
 export WINEPREFIX=$prefix WINEDEBUG=-all WINEDLLOVERRIDES="mscoree=;mshtml="
 mkdir -p "$prefix"
 
+# Sets a registry value. Wine's reg can fail while a new prefix's services are still starting
+# (seen on a loaded machine: the rest of the prefix was then never set up), so it is tried again.
+reg_set() {
+  local attempt
+  for attempt in 1 2 3 4 5; do
+    wine reg add "$@" /f >/dev/null 2>&1 && return 0
+    sleep "$attempt"
+  done
+  echo "wine reg add $* failed five times" >&2
+  return 1
+}
+
 if [ ! -f "$prefix/.quorvex-ready" ]; then
   echo "Preparing the Wine prefix in $prefix"
   wine wineboot -i >/dev/null 2>&1 || true
@@ -20,7 +32,7 @@ if [ ! -f "$prefix/.quorvex-ready" ]; then
   mkdir -p "$fonts"
   cp -f /usr/share/wine/fonts/* "$fonts/" 2>/dev/null || true
   for pair in "Arial:Liberation Sans" "Times New Roman:Liberation Serif" "Courier New:Liberation Mono"; do
-    wine reg add 'HKCU\Software\Wine\Fonts\Replacements' /v "${pair%%:*}" /d "${pair#*:}" /f >/dev/null 2>&1
+    reg_set 'HKCU\Software\Wine\Fonts\Replacements' /v "${pair%%:*}" /d "${pair#*:}"
   done
   touch "$prefix/.quorvex-ready"
 fi
@@ -28,21 +40,21 @@ fi
 # it, a desktop has its own; with no server to reach Wine simply has no sound device, quietly and
 # without delay. Also done for prefixes prepared before, when sound was switched off.
 if [ ! -f "$prefix/.quorvex-audio-pulse" ]; then
-  wine reg add 'HKCU\Software\Wine\Drivers' /v Audio /d pulse /f >/dev/null 2>&1
+  reg_set 'HKCU\Software\Wine\Drivers' /v Audio /d pulse
   touch "$prefix/.quorvex-audio-pulse"
 fi
 # Wine's own HTML viewer is left out above, and with it the registration of .htm pages: without
 # it the help page has no program. Wine's browser bridge (htmlfile, which calls xdg-open) hands
 # them to the desktop's browser. Also done for prefixes prepared before this was added.
 if ! wine reg query 'HKCR\.htm' /ve >/dev/null 2>&1; then
-  wine reg add 'HKCR\.htm' /ve /d htmlfile /f >/dev/null 2>&1
-  wine reg add 'HKCR\.html' /ve /d htmlfile /f >/dev/null 2>&1
-  wine reg add 'HKCR\htmlfile\shell\open\command' /ve \
-    /d '"C:\windows\system32\winebrowser.exe" "%1"' /f >/dev/null 2>&1
+  reg_set 'HKCR\.htm' /ve /d htmlfile
+  reg_set 'HKCR\.html' /ve /d htmlfile
+  reg_set 'HKCR\htmlfile\shell\open\command' /ve \
+    /d '"C:\windows\system32\winebrowser.exe" "%1"'
 fi
 if [ "$desktop" = yes ]; then
-  wine reg add 'HKCU\Software\Wine\Explorer' /v Desktop /d Default /f >/dev/null 2>&1
-  wine reg add 'HKCU\Software\Wine\Explorer\Desktops' /v Default /d "$size" /f >/dev/null 2>&1
+  reg_set 'HKCU\Software\Wine\Explorer' /v Desktop /d Default
+  reg_set 'HKCU\Software\Wine\Explorer\Desktops' /v Default /d "$size"
 else
   wine reg delete 'HKCU\Software\Wine\Explorer' /v Desktop /f >/dev/null 2>&1 || true
 fi
