@@ -270,6 +270,24 @@ qv::EnginePoint GrabFront() {
   return qv::EnginePoint{};
 }
 
+// Starts a game of twelve pieces of the finest grid's piece size: a picture that the same scale
+// cuts 4 x 3. False, with the benchmark skipped, when either cut fails.
+bool StartTwelvePieces(benchmark::State& state, const Screen& screen, const Grid& finest) {
+  if (!StartGame(screen, TheWorld().picture, finest)) {
+    state.SkipWithError("cut failed");
+    return false;
+  }
+  const int cw = qv::Puzzle().cw, ch = qv::Puzzle().ch;
+  const qv::PackedDib small = MakePicture(static_cast<int>((4 * cw + 0.5) / finest.scale) + 1,
+                                          static_cast<int>((3 * ch + 0.5) / finest.scale) + 1);
+  if (!StartGame(screen, small, Grid{finest.scale, 3, 4}) || qv::Puzzle().cw != cw ||
+      qv::Puzzle().ch != ch) {
+    state.SkipWithError("12-piece cut failed");
+    return false;
+  }
+  return true;
+}
+
 double TimeDragSteps(qv::EnginePoint at, int steps) {
   qv::PointerTarget over;
   over.over = qv::PointerOver::StartArea;
@@ -288,19 +306,7 @@ void BM_DragStep(benchmark::State& state) {
   qv::SetLiveDrag(false);
   const Screen screen = kScreens[state.range(0)];
   const Grid finest = FinestGrid(screen, 1024, 768);
-  // Twelve pieces of the same size: a picture that the same scale cuts 4 x 3.
-  if (!StartGame(screen, TheWorld().picture, finest)) {
-    state.SkipWithError("cut failed");
-    return;
-  }
-  const int cw = qv::Puzzle().cw, ch = qv::Puzzle().ch;
-  const qv::PackedDib small = MakePicture(static_cast<int>((4 * cw + 0.5) / finest.scale) + 1,
-                                          static_cast<int>((3 * ch + 0.5) / finest.scale) + 1);
-  if (!StartGame(screen, small, Grid{finest.scale, 3, 4}) || qv::Puzzle().cw != cw ||
-      qv::Puzzle().ch != ch) {
-    state.SkipWithError("12-piece cut failed");
-    return;
-  }
+  if (!StartTwelvePieces(state, screen, finest)) return;
   const double smallStep = TimeDragSteps(GrabFront(), 4000);
   StartGame(screen, TheWorld().picture, finest);
   const qv::EnginePoint at = GrabFront();
@@ -384,18 +390,7 @@ void BM_LiveDragStep(benchmark::State& state) {
   const Screen screen = kScreens[state.range(0)];
   const bool wholePicture = state.range(1) != 0;
   const Grid finest = FinestGrid(screen, 1024, 768);
-  if (!StartGame(screen, TheWorld().picture, finest)) {
-    state.SkipWithError("cut failed");
-    return;
-  }
-  const int cw = qv::Puzzle().cw, ch = qv::Puzzle().ch;
-  const qv::PackedDib small = MakePicture(static_cast<int>((4 * cw + 0.5) / finest.scale) + 1,
-                                          static_cast<int>((3 * ch + 0.5) / finest.scale) + 1);
-  if (!StartGame(screen, small, Grid{finest.scale, 3, 4}) || qv::Puzzle().cw != cw ||
-      qv::Puzzle().ch != ch) {
-    state.SkipWithError("12-piece cut failed");
-    return;
-  }
+  if (!StartTwelvePieces(state, screen, finest)) return;
   qv::SetLiveDrag(true);
   const double smallStep = TimeDragSteps(GrabFront(), 20000);
   qv::ButtonUp(qv::AREA_TABLERO, qv::EnginePoint{-1, -1}, qv::PointerTarget{});

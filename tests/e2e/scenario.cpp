@@ -91,6 +91,10 @@ class Scenario {
   // Pieces.
   bool GrabPoint(int area, std::uint32_t piece, EnginePoint& grab) const;
   bool EmptyPoint(int area, EnginePoint near, EnginePoint& found) const;
+  // Where to take a piece of `area` and where to let go of it so that its cell lands at `to`;
+  // false, with a message, when it cannot be taken or the drop point is not on the open board.
+  bool PointsFor(int area, std::uint32_t piece, EnginePoint to, EnginePoint& grab,
+                 EnginePoint& drop) const;
   // Drags a piece of `area` so that its cell lands at `to` in the same area; with a shot name,
   // the screen is also checked while the button is still held over the drop point.
   bool MovePiece(int area, std::uint32_t piece, EnginePoint to, const std::string& heldShot = "");
@@ -189,19 +193,25 @@ bool Scenario::EmptyPoint(int area, EnginePoint near, EnginePoint& found) const 
   return false;
 }
 
-bool Scenario::MovePiece(int area, std::uint32_t piece, EnginePoint to,
-                         const std::string& heldShot) {
-  EnginePoint grab;
+bool Scenario::PointsFor(int area, std::uint32_t piece, EnginePoint to, EnginePoint& grab,
+                         EnginePoint& drop) const {
   if (!GrabPoint(area, piece, grab)) {
     std::fprintf(stderr, "piece %u cannot be taken\n", piece);
     return false;
   }
   const Pieza& k = Puzzle().pieces[piece];
-  const EnginePoint drop{grab.x + to.x - k.x, grab.y + to.y - k.y};
+  drop = EnginePoint{grab.x + to.x - k.x, grab.y + to.y - k.y};
   if (!InsideArea(area, drop) || Covered(ToScreen(area, drop))) {
     std::fprintf(stderr, "piece %u cannot be dropped at %d,%d\n", piece, to.x, to.y);
     return false;
   }
+  return true;
+}
+
+bool Scenario::MovePiece(int area, std::uint32_t piece, EnginePoint to,
+                         const std::string& heldShot) {
+  EnginePoint grab, drop;
+  if (!PointsFor(area, piece, to, grab, drop)) return false;
   const PointerTarget here{PointerOver::StartArea, area, drop};
   ButtonDown(area, grab);
   DragStep(area, drop, here);
@@ -214,14 +224,8 @@ bool Scenario::MovePiece(int area, std::uint32_t piece, EnginePoint to,
 }
 
 bool Scenario::CancelledDrag(int area, std::uint32_t piece, EnginePoint to) {
-  EnginePoint grab;
-  if (!GrabPoint(area, piece, grab)) {
-    std::fprintf(stderr, "piece %u cannot be taken\n", piece);
-    return false;
-  }
-  const Pieza& k = Puzzle().pieces[piece];
-  const EnginePoint drop{grab.x + to.x - k.x, grab.y + to.y - k.y};
-  if (!InsideArea(area, drop)) return false;
+  EnginePoint grab, drop;
+  if (!PointsFor(area, piece, to, grab, drop)) return false;
   // As the window does on Escape: a drop over no window of the program.
   ButtonDown(area, grab);
   DragStep(area, drop, PointerTarget{PointerOver::StartArea, area, drop});
